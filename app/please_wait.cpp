@@ -1,0 +1,17 @@
+#include "app/please_wait.h"
+
+#include "ui_please_wait.h"
+
+void PleaseWait::show()
+{
+    if (window_.isNull()) {
+        window_ = new QWidget(parent_, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+        Ui::PleaseWait().setupUi(window_);
+    }
+    window_->show();
+}
+
+void PleaseWait::unload()
+{
+    delete window_.data();
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QString>
+
+/// The folder that "C:\" stands for: $XDG_DATA_HOME, else ~/.local/share. No trailing slash.
+QString data_folder();
+
+/// The file that a path means. A path with a drive letter is the product's own notation: "C:\" (in
+/// any letter case) is data_folder(), and each component matches an existing name without regard to
+/// letter case; components that do not exist are taken as written. Other paths are returned as they
+/// are.
+/// @throws RuntimeError 76 for a drive other than C.
+QString native_path(const QString &path);

@@ -1,0 +1,39 @@
+#include "platform/event_handlers.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+EventHandlers::EventHandlers(Prompts &prompts, Handler close_databases)
+    : prompts_(prompts),
+      close_databases_(std::move(close_databases))
+{
+}
+
+void EventHandlers::on_click(QAbstractButton *button, Handler handler) const
+{
+    on(button, &QAbstractButton::clicked, std::move(handler));
+}
+
+void EventHandlers::on_triggered(QAction *action, Handler handler) const
+{
+    on(action, &QAction::triggered, std::move(handler));
+}
+
+void EventHandlers::run(const Handler &handler) const
+{
+    try {
+        handler();
+    } catch (const RuntimeError &error) {
+        end_program(error);
+    }
+}
+
+void EventHandlers::end_program(const RuntimeError &error) const
+{
+    std::fprintf(stderr, "%s\n", error.what());
+    prompts_.run_time_error(error.report());
+    close_databases_();
+    // Not exit(): the frames of the commands below this one must neither go on nor be torn down.
+    std::_Exit(1);
+}

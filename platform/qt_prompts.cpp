@@ -1,0 +1,111 @@
+#include "platform/qt_prompts.h"
+
+#include "platform/drive_path.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMessageBox>
+
+namespace
+{
+const QString title = QStringLiteral("Ostrix");
+
+QMessageBox::StandardButton show_box(QWidget *parent, QMessageBox::Icon icon, const QString &text,
+                                     QMessageBox::StandardButtons buttons)
+{
+    QMessageBox box(icon, title, text, buttons, parent);
+    box.setTextFormat(Qt::PlainText);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+QMessageBox::Icon box_icon(NoticeIcon icon)
+{
+    switch (icon) {
+    case NoticeIcon::Information:
+        return QMessageBox::Information;
+    case NoticeIcon::Exclamation:
+        return QMessageBox::Warning;
+    case NoticeIcon::None:
+        break;
+    }
+    return QMessageBox::NoIcon;
+}
+} // namespace
+
+DialogFilter dialog_filter(const QString &filter)
+{
+    const qsizetype bar = filter.indexOf(QLatin1Char('|'));
+    if (bar < 0)
+        return {};
+    QString pattern = filter.mid(bar + 1);
+    if (pattern == QLatin1String("*.*"))
+        pattern = QStringLiteral("*");
+    return {filter.left(bar), pattern};
+}
+
+QWidget *QtPrompts::box_parent() const
+{
+    QWidget *active = QApplication::activeWindow();
+    return active != nullptr ? active : parent_.data();
+}
+
+void QtPrompts::notice(const QString &text, NoticeIcon icon)
+{
+    show_box(box_parent(), box_icon(icon), text, QMessageBox::Ok);
+}
+
+bool QtPrompts::yes_no(const QString &question)
+{
+    return show_box(box_parent(), QMessageBox::Question, question,
+                    QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+}
+
+bool QtPrompts::ok_cancel(const QString &question)
+{
+    return show_box(box_parent(), QMessageBox::Question, question,
+                    QMessageBox::Ok | QMessageBox::Cancel) == QMessageBox::Ok;
+}
+
+QString QtPrompts::choose_file(const FileChoice &choice, bool for_saving)
+{
+    QFileDialog dialog(box_parent(), title);
+    dialog.setAcceptMode(for_saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(for_saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    // The dialog itself shows a filter as "label (pattern)": the label's own brackets are what a
+    // person reads.
+    const DialogFilter filter = dialog_filter(choice.filter);
+    if (!filter.label.isEmpty()) {
+        const QString words = filter.label.section(QLatin1Char('('), 0, 0).trimmed();
+        dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(words, filter.pattern));
+    }
+    const QString folder = choice.folder.isEmpty() ? last_folder_ : native_path(choice.folder);
+    if (!folder.isEmpty())
+        dialog.setDirectory(folder);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    const QString chosen = dialog.selectedFiles().constFirst();
+    last_folder_ = QFileInfo(chosen).path();
+    return chosen;
+}
+
+QString QtPrompts::open_file(const FileChoice &choice)
+{
+    return choose_file(choice, false);
+}
+
+QString QtPrompts::save_file(const FileChoice &choice)
+{
+    return choose_file(choice, true);
+}
+
+QString QtPrompts::input(const QString &question)
+{
+    return QInputDialog::getText(box_parent(), title, question);
+}
+
+void QtPrompts::run_time_error(const QString &report)
+{
+    show_box(box_parent(), QMessageBox::Critical, report, QMessageBox::Ok);
+}

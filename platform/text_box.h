@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QString>
+
+/// A multi-line text box whose text has CR LF line breaks, whatever the widget keeps inside.
+/// CR LF, LF and CR all come back as CR LF; every other character comes back as it was given.
+class TextBox : public QPlainTextEdit
+{
+    Q_OBJECT
+
+public:
+    explicit TextBox(QWidget *parent = nullptr);
+
+    QString text() const;
+    void set_text(const QString &text);
+
+    /// Adds at the end; takes time by the length of `text` alone.
+    void append_text(const QString &text);
+};

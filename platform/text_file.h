@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+/// Decodes a text file's bytes: a byte-order mark names the encoding (UTF-8, UTF-16, UTF-32), else
+/// UTF-8, else Windows-1252, where the five bytes without a character keep their code. Nothing is
+/// dropped.
+QString decode_text(const QByteArray &bytes);
+
+/// Reads a text file whole. `path` may be in drive notation.
+/// @throws RuntimeError 52 for an empty path, 53 when there is no such file, 75 when it is a
+/// folder, 70 when it may not be read, 57 when reading fails.
+QString read_text_file(const QString &path);
+
+/// Reads a text file as lines, ended by CR LF, LF or CR; a last line without an end counts.
+/// @throws RuntimeError as read_text_file().
+QStringList read_lines(const QString &path);
+
+/// Splits text into lines as read_lines() does.
+QStringList split_lines(const QString &text);
+
+/// Replaces the file by `text` (UTF-8, written as it is): the new content is there whole or not at
+/// all.
+/// @throws RuntimeError 52 for an empty path, 76 when the folder is missing, 75 when it may not be
+/// written, 61 when the disk is full.
+void write_text_file(const QString &path, const QString &text);
+
+/// Appends `text` (UTF-8) to the file, which is made when absent.
+/// @throws RuntimeError as write_text_file(); a part that was written before the failure is taken
+/// back.
+void append_text_file(const QString &path, const QString &text);

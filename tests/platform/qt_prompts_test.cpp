@@ -1,0 +1,56 @@
+#include "platform/qt_prompts.h"
+#include "tests/support/box_robot.h"
+#include "tests/support/private_home.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace
+{
+TEST(QtPrompts, ShowsMarkupAsText)
+{
+    BoxRobot robot;
+    QtPrompts prompts;
+    robot.expect_notice("<b>not bold</b>", NoticeIcon::Information);
+    prompts.notice("<b>not bold</b>", NoticeIcon::Information);
+}
+
+TEST(QtPrompts, HandsOverTheAnswer)
+{
+    BoxRobot robot;
+    QtPrompts prompts;
+    robot.expect_yes_no("one", true);
+    robot.expect_yes_no("two", false);
+    robot.expect_ok_cancel("three", true);
+    robot.expect_ok_cancel("four", false);
+    EXPECT_TRUE(prompts.yes_no("one"));
+    EXPECT_FALSE(prompts.yes_no("two"));
+    EXPECT_TRUE(prompts.ok_cancel("three"));
+    EXPECT_FALSE(prompts.ok_cancel("four"));
+}
+
+TEST(QtPrompts, FileDialogsKeepTheLabelAndHandOverTheFullPath)
+{
+    const PrivateHome home;
+    QFile file(home.file("list.txt"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    BoxRobot robot;
+    QtPrompts prompts;
+    robot.expect_open_file(home.file("list.txt"), "Text files (*.TXT)");
+    EXPECT_EQ(prompts.open_file({"Text files (*.TXT)|*.TXT", home.path()}), home.file("list.txt"));
+    robot.expect_open_file("", "All files (*)");
+    EXPECT_EQ(prompts.open_file({"All files (*.*)|*.*", {}}), "");
+    robot.expect_save_file(home.file("new"));
+    EXPECT_EQ(prompts.save_file({{}, home.path()}), home.file("new"));
+}
+
+TEST(QtPrompts, InputIsEmptyWhenCancelled)
+{
+    BoxRobot robot;
+    QtPrompts prompts;
+    robot.expect_input("Name?", "friends");
+    robot.expect_input("Name?", {});
+    EXPECT_EQ(prompts.input("Name?"), "friends");
+    EXPECT_EQ(prompts.input("Name?"), "");
+}
+} // namespace

@@ -1,0 +1,104 @@
+#include "platform/runtime_error.h"
+#include "platform/text_file.h"
+#include "tests/support/private_home.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace
+{
+void put(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+QByteArray bytes_of(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(no such file)");
+}
+
+template <typename Action>
+int number_of(Action action)
+{
+    try {
+        action();
+    } catch (const RuntimeError &error) {
+        return error.number();
+    }
+    return 0;
+}
+
+struct Decoded
+{
+    QByteArray bytes;
+    QString text;
+};
+class DecodeText : public testing::TestWithParam<Decoded>
+{
+};
+
+TEST_P(DecodeText, NamesTheEncodingByMarkThenByValidity)
+{
+    EXPECT_EQ(decode_text(GetParam().bytes), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Encodings, DecodeText,
+    testing::Values(Decoded{"", ""}, Decoded{"plain", "plain"}, Decoded{"\xC3\xA4", u"ä"_qs},
+                    Decoded{"\xEF\xBB\xBF\xC3\xA4", u"ä"_qs},            // UTF-8 with its mark
+                    Decoded{QByteArray("\xFF\xFE\xE4\x00", 4), u"ä"_qs}, // UTF-16, small end first
+                    Decoded{QByteArray("\xFE\xFF\x00\xE4", 4), u"ä"_qs}, // UTF-16, big end first
+                    Decoded{"\xE4 \x80 \x93", u"ä € “"_qs},              // Windows-1252
+                    Decoded{"\x81", QString(QChar(0x81))}, // a byte without a character
+                    Decoded{QByteArray("a\0b", 3), QString::fromLatin1("a\0b", 3)}));
+
+TEST(SplitLines, EndsLinesAtCrLfLfAndCr)
+{
+    EXPECT_EQ(split_lines("a\r\nb\nc\rd"), (QStringList{"a", "b", "c", "d"}));
+    EXPECT_EQ(split_lines("a\r\n\r\nb\r\n"), (QStringList{"a", "", "b"}));
+    EXPECT_EQ(split_lines(""), QStringList());
+    EXPECT_EQ(split_lines("\n"), QStringList{""});
+}
+
+TEST(ReadTextFile, SaysWhatIsWrongWithThePath)
+{
+    const PrivateHome home;
+    EXPECT_EQ(number_of([&] { read_text_file(""); }), error_number::bad_file_name_or_number);
+    EXPECT_EQ(number_of([&] { read_text_file(home.file("none")); }), error_number::file_not_found);
+    EXPECT_EQ(number_of([&] { read_text_file(home.path()); }), error_number::path_file_access);
+}
+
+TEST(WriteTextFile, ReplacesTheWholeFile)
+{
+    const PrivateHome home;
+    put(home.file("a"), "a much longer text than the new one");
+    write_text_file(home.file("a"), u"ä\r\n"_qs);
+    EXPECT_EQ(bytes_of(home.file("a")), "\xC3\xA4\r\n");
+}
+
+TEST(WriteTextFile, LeavesNothingBehindWhenItFails)
+{
+    const PrivateHome home;
+    EXPECT_EQ(number_of([&] { write_text_file("", "x"); }), error_number::bad_file_name_or_number);
+    EXPECT_EQ(number_of([&] { write_text_file(home.file("no/folder"), "x"); }),
+              error_number::path_not_found);
+    QDir(home.path()).mkdir("folder");
+    EXPECT_EQ(number_of([&] { write_text_file(home.file("folder"), "x"); }),
+              error_number::path_file_access);
+    EXPECT_TRUE(QDir(home.file("folder")).isEmpty());
+}
+
+TEST(AppendTextFile, AddsAtTheEndAndMakesTheFile)
+{
+    const PrivateHome home;
+    append_text_file(home.file("log"), "one\r\n");
+    append_text_file(home.file("log"), "two\r\n");
+    EXPECT_EQ(bytes_of(home.file("log")), "one\r\ntwo\r\n");
+    EXPECT_EQ(number_of([&] { append_text_file(home.file("no/folder"), "x"); }),
+              error_number::path_not_found);
+}
+} // namespace
