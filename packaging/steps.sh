@@ -71,8 +71,8 @@ build() {
     shift
     if ! is_configured "$preset"; then
         say "Building Ostrix ($preset); the first time takes some minutes …"
-        quietly "$root/build/$preset-configure.log" \
-            env -C "$root" cmake --preset "$preset" --fresh
+        rm -rf "$root/build/$preset"
+        quietly "$root/build/$preset-configure.log" env -C "$root" cmake --preset "$preset"
     fi
     quietly "$root/build/$preset-build.log" \
         flock "$root/build/$preset/.build-lock" ninja -C "$root/build/$preset" "$@"
