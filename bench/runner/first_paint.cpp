@@ -57,16 +57,19 @@ public:
         }
     }
 
+    bool has_ended()
+    {
+        ended_ = ended_ || waitpid(process_, &status_, WNOHANG) == process_;
+        return ended_;
+    }
+
     /// @throws std::runtime_error when it does not end within a few seconds, or ends badly.
     void wait_for_end()
     {
         const Clock::time_point begin = Clock::now();
-        int status = 0;
-        while (!ended_ && Clock::now() - begin < to_end) {
-            ended_ = waitpid(process_, &status, WNOHANG) == process_;
+        while (!has_ended() && Clock::now() - begin < to_end)
             std::this_thread::sleep_for(1ms);
-        }
-        if (!ended_ || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
+        if (!ended_ || !WIFEXITED(status_) || WEXITSTATUS(status_) != 0)
             throw std::runtime_error("The program has not ended well after its window was closed");
     }
 
@@ -80,11 +83,13 @@ private:
 
     pid_t process_;
     bool ended_ = false;
+    int status_ = 0;
 };
 
-WindowPlace wait_for_window(Screen &screen, Clock::time_point since)
+WindowPlace wait_for_window(Screen &screen, Program &program)
 {
-    while (Clock::now() - since < until_window) {
+    const Clock::time_point begin = Clock::now();
+    while (!program.has_ended() && Clock::now() - begin < until_window) {
         if (const auto place = screen.appeared())
             return *place;
         pollfd ready{screen.descriptor(), POLLIN, 0};
@@ -142,7 +147,7 @@ double measure(char **command)
     Screen screen;
     const Clock::time_point begin = Clock::now();
     Program program(command);
-    const WindowPlace place = wait_for_window(screen, begin);
+    const WindowPlace place = wait_for_window(screen, program);
     const std::vector<Look> looks = watch(screen, place);
     const std::chrono::duration<double> shown = painted(looks, Clock::now()) - begin;
     screen.close(place);
