@@ -16,6 +16,7 @@ namespace
 {
 constexpr int busy_milliseconds = 2000;
 constexpr std::size_t max_statements = 64;
+constexpr const char *tuning = "pragma cache_size = -65536; pragma temp_store = memory";
 constexpr int max_value_bytes = 256 << 20;
 
 RuntimeError no_database(const QString &path)
@@ -88,11 +89,8 @@ std::unique_ptr<SQLite::Database> DatabaseFile::connect() const
             uri, flags | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX, busy_milliseconds);
         distrust_schema(database->getHandle());
         add_dialect_functions(database->getHandle());
-        database->exec("pragma cache_size = -32768; pragma temp_store = memory");
         return database;
     } catch (const SQLite::Exception &error) {
-        if (error.getErrorCode() == SQLITE_NOTADB || error.getErrorCode() == SQLITE_CORRUPT)
-            throw no_database(shown_path_);
         throw RuntimeError(error_number::permission_denied,
                            QStringLiteral("The database cannot be opened: '%1' (%2)")
                                .arg(shown_path_, QString::fromUtf8(error.what())));
@@ -108,16 +106,22 @@ bool DatabaseFile::start_write_ahead_log()
     const bool forbidden =
         result == SQLITE_READONLY || result == SQLITE_CANTOPEN || result == SQLITE_PERM;
     if (result != SQLITE_OK && !forbidden)
-        throw sqlite_failure(writer(), shown_path_);
+        throw opening_failure();
     return !forbidden;
 }
 
 void DatabaseFile::check_schema()
 {
-    if (writer_->tryExec("select count(*) from sqlite_schema") == SQLITE_OK)
+    if (writer_->tryExec(tuning) == SQLITE_OK &&
+        writer_->tryExec("select count(*) from sqlite_schema") == SQLITE_OK)
         return;
+    throw opening_failure();
+}
+
+RuntimeError DatabaseFile::opening_failure() const
+{
     const RuntimeError error = sqlite_failure(writer(), shown_path_);
-    throw error.number() == error_number::unrecognised_database ? no_database(shown_path_) : error;
+    return error.number() == error_number::unrecognised_database ? no_database(shown_path_) : error;
 }
 
 std::int64_t DatabaseFile::data_version()
@@ -132,7 +136,9 @@ std::int64_t DatabaseFile::data_version()
 std::unique_ptr<SQLite::Database> DatabaseFile::open_reader() const
 {
     auto reader = connect();
-    reader->exec("pragma query_only = on");
+    if (reader->tryExec(tuning) != SQLITE_OK ||
+        reader->tryExec("pragma query_only = on") != SQLITE_OK)
+        throw sqlite_failure(reader->getHandle(), shown_path_);
     return reader;
 }
 

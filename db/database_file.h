@@ -2,6 +2,7 @@
 
 #include "db/prepared_statement.h"
 #include "db/table_info.h"
+#include "platform/runtime_error.h"
 
 #include <QString>
 #include <SQLiteCpp/Database.h>
@@ -87,6 +88,7 @@ private:
     std::unique_ptr<SQLite::Database> connect() const;
     bool start_write_ahead_log();
     void check_schema();
+    RuntimeError opening_failure() const;
     std::int64_t data_version();
     void announce(const TableInfo &table, Write kind);
     void learn(const TableInfo &table, Write kind, std::int64_t rows);

@@ -80,6 +80,8 @@ LikePattern::LikePattern(std::string_view pattern) : segments_(1)
         if (letter == '?' || letter == '#')
             ++segment.characters;
     }
+    for (const Segment &segment : segments_)
+        characters_ += segment.characters;
     prepare_plain_search();
 }
 
@@ -138,8 +140,16 @@ void LikePattern::prepare_plain_search()
         skip_[capital] = skip_[ascii_fold[capital]];
 }
 
+// A character is one to four bytes.
+bool LikePattern::can_match_length(std::size_t bytes) const
+{
+    return bytes >= characters_ && (segments_.size() > 1 || bytes <= characters_ * 4);
+}
+
 bool LikePattern::matches(std::string_view text) const
 {
+    if (!can_match_length(text.size()))
+        return false;
     if (plain_ && text.size() <= short_text) {
         if (search_plainly(text))
             return true;

@@ -52,10 +52,12 @@ private:
     void add_list(std::string_view pattern, std::size_t &position);
     void prepare_plain_search();
 
+    bool can_match_length(std::size_t bytes) const;
     bool search_plainly(std::string_view text) const;
     bool match_segments(std::string_view folded) const;
 
     std::vector<Segment> segments_;
+    std::size_t characters_ = 0; // that a text must have at least
     // For *literal* with an ASCII literal: Horspool's search on the text as it stands.
     std::string plain_literal_;
     std::array<std::uint32_t, 256> skip_{};

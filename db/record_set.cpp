@@ -130,7 +130,7 @@ std::int64_t RecordSet::current_row()
     if (eof())
         throw no_current_record();
     const std::int64_t row = query_->row_number(position_);
-    if (deleted_.count(row) != 0)
+    if (deleted_.contains(row))
         throw record_deleted();
     return row;
 }
