@@ -143,6 +143,7 @@ void set_up_grid(QTableView &grid, RecordSetModel &model)
     grid.setSortingEnabled(false);
     grid.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     grid.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    grid.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     grid.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     grid.verticalHeader()->setDefaultSectionSize(grid.fontMetrics().height() + row_padding);
     grid.verticalHeader()->hide();

@@ -13,7 +13,9 @@ void make_primary(QPushButton &button)
 {
     QPalette colours = button.palette();
     for (const auto group : {QPalette::Active, QPalette::Inactive}) {
-        colours.setColor(group, QPalette::Button, colours.color(group, QPalette::Highlight));
+        // Darker: the style paints a button lighter than its colour, and the caption must be read.
+        const QColor accent = colours.color(group, QPalette::Highlight).darker(150);
+        colours.setColor(group, QPalette::Button, accent);
         colours.setColor(group, QPalette::ButtonText,
                          colours.color(group, QPalette::HighlightedText));
     }
@@ -21,4 +23,5 @@ void make_primary(QPushButton &button)
     QFont font = button.font();
     font.setBold(true);
     button.setFont(font);
+    button.setMinimumWidth(button.sizeHint().width() + 24);
 }
