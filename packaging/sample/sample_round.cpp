@@ -45,7 +45,7 @@ SQLite::Database open_database()
 
 int row_count(const QString &table)
 {
-    const SQLite::Database database = open_database();
+    SQLite::Database database = open_database();
     return database.execAndGet("select count(*) from " + table.toStdString()).getInt();
 }
 
