@@ -20,16 +20,6 @@ constexpr std::array<char16_t, 32> windows_1252 = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-QString from_windows_1252(const QByteArray &bytes)
-{
-    QString text = QString::fromLatin1(bytes);
-    for (QChar &c : text) {
-        if (c.unicode() >= 0x80 && c.unicode() < 0xA0)
-            c = QChar(windows_1252[c.unicode() - 0x80U]);
-    }
-    return text;
-}
-
 std::optional<QString> decode_strictly(const QByteArray &bytes, QStringConverter::Encoding encoding)
 {
     QStringDecoder decoder(encoding);
@@ -69,6 +59,16 @@ QString named_file(const QString &path)
 }
 } // namespace
 
+QString decode_windows_1252(QByteArrayView bytes)
+{
+    QString text = QString::fromLatin1(bytes);
+    for (QChar &c : text) {
+        if (c.unicode() >= 0x80 && c.unicode() < 0xA0)
+            c = QChar(windows_1252[c.unicode() - 0x80U]);
+    }
+    return text;
+}
+
 QString decode_text(const QByteArray &bytes)
 {
     if (const auto marked = QStringConverter::encodingForData(bytes)) {
@@ -77,7 +77,7 @@ QString decode_text(const QByteArray &bytes)
     } else if (const auto text = decode_strictly(bytes, QStringConverter::Utf8)) {
         return *text;
     }
-    return from_windows_1252(bytes);
+    return decode_windows_1252(bytes);
 }
 
 QString read_text_file(const QString &path)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 #include <QStringList>
 
@@ -8,6 +9,9 @@
 /// UTF-8, else Windows-1252, where the five bytes without a character keep their code. Nothing is
 /// dropped.
 QString decode_text(const QByteArray &bytes);
+
+/// Decodes Windows-1252; the five bytes without a character keep their code.
+QString decode_windows_1252(QByteArrayView bytes);
 
 /// Reads a text file whole. `path` may be in drive notation.
 /// @throws RuntimeError 52 for an empty path, 53 when there is no such file, 75 when it is a

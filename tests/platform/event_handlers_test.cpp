@@ -21,7 +21,7 @@ TEST(EventHandlers, AFailureIsReportedAndEndsTheProgram)
     const auto fail = [] {
         BoxRobot robot;
         QtPrompts prompts;
-        const EventHandlers handlers(prompts, [] { std::fputs("databases closed\n", stderr); });
+        EventHandlers handlers(prompts, [] { std::fputs("databases closed\n", stderr); });
         QPushButton button;
         handlers.on_click(&button, [] { throw RuntimeError(53, "File not found: 'x'"); });
         robot.expect_run_time_error("Run-time error '53':\n\nFile not found: 'x'");
@@ -38,7 +38,7 @@ TEST(EventHandlers, NoStepOfAnOuterCommandRunsAfterAFailureInsideItsTurnOfTheEve
     const auto fail = [] {
         BoxRobot robot;
         QtPrompts prompts;
-        const EventHandlers handlers(prompts, [] {});
+        EventHandlers handlers(prompts, [] {});
         QPushButton outer;
         QPushButton inner;
         handlers.on_click(&outer, [&] {

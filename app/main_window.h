@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/activity_log.h"
+#include "app/hidden_buttons.h"
+#include "app/log_writer.h"
+#include "app/menus.h"
+#include "app/please_wait.h"
+#include "app/services.h"
+#include "app/shared_controls.h"
+#include "app/status_progress.h"
+#include "app/tab_strip.h"
+#include "app/table_name.h"
+#include "app/warning_switch.h"
+#include "db/data_connection.h"
+#include "db/database_engine.h"
+#include "db/record_set_model.h"
+#include "platform/event_handlers.h"
+
+#include <QMainWindow>
+
+/// The main window. It sets the tabs side by side, owns what they share (the two data connections,
+/// the log, "Please Wait!"), and hands references on.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(const Services &services);
+    ~MainWindow() override;
+
+    /// Starts up and shows the window. A database that cannot be opened is told in a box.
+    void open();
+
+    /// Makes the tab with this number the current one. @throws RuntimeError 5 for no tab's number.
+    void show_tab(int number) { strip_.show_tab(number); }
+
+    DataConnection &work_table() { return Data1; }
+    DataConnection &master_list() { return Data2; }
+    const SharedControls &controls() const { return controls_; }
+    ProgressReport &progress() { return progress_; }
+    const EventHandlers &handlers() const { return handlers_; }
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void wire();
+    void lay_out();
+    void prepare();
+    void open_database(DataConnection &connection);
+    void repaint_grids();
+    void Backup_Click();
+    void HelpFile_Click();
+    void WarningSwitch_Click();
+
+    Services services_;
+    DatabaseEngine engine_;
+    DataConnection Data1{engine_};
+    DataConnection Data2{engine_};
+    RecordSetModel work_table_rows_{Data1};
+    RecordSetModel master_rows_{Data2};
+    EventHandlers handlers_;
+    PleaseWait please_wait_;
+    ActivityLog log_;
+    TabStrip &strip_; // owned by the window as its central widget
+    SharedControls controls_;
+    Menus menus_;
+    HiddenButtons hidden_;
+    StatusProgress progress_;
+    LogWriter log_writer_;
+    TableName table_name_;
+    WarningSwitch warning_switch_;
+};

@@ -1,0 +1,56 @@
+#include "mail/local_inbox.h"
+
+#include "mail/maildir_inbox.h"
+#include "mail/mbox_inbox.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+InboxKind inbox_kind(const QString &path)
+{
+    const QFileInfo info(path);
+    if (path.isEmpty() || !info.exists())
+        return InboxKind::None;
+    if (info.isFile())
+        return InboxKind::Mbox;
+    const QDir folder(path);
+    const bool is_maildir = QFileInfo(folder.filePath(QStringLiteral("cur"))).isDir() ||
+                            QFileInfo(folder.filePath(QStringLiteral("new"))).isDir();
+    return is_maildir ? InboxKind::Maildir : InboxKind::None;
+}
+
+QStringList local_inbox_places()
+{
+    QStringList places;
+    if (const QString mail = qEnvironmentVariable("MAIL"); !mail.isEmpty())
+        places += mail;
+    places += QDir::home().filePath(QStringLiteral("Maildir"));
+    const QString user = qEnvironmentVariable("USER");
+    if (!user.isEmpty() && !user.contains(u'/'))
+        places += QStringLiteral("/var/mail/") + user;
+    return places;
+}
+
+QString local_inbox()
+{
+    for (const QString &place : local_inbox_places()) {
+        if (inbox_kind(place) != InboxKind::None)
+            return place;
+    }
+    return {};
+}
+
+std::unique_ptr<Inbox> open_inbox(const QString &path)
+{
+    switch (inbox_kind(path)) {
+    case InboxKind::Maildir:
+        return std::make_unique<MaildirInbox>(path);
+    case InboxKind::Mbox:
+        return std::make_unique<MboxInbox>(path);
+    case InboxKind::None:
+        break;
+    }
+    throw RuntimeError(
+        error_number::mail_failure,
+        QStringLiteral("There is neither a Maildir folder nor a mailbox file: '%1'").arg(path));
+}

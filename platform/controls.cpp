@@ -1,0 +1,24 @@
+#include "platform/controls.h"
+
+#include <QPalette>
+#include <QPushButton>
+
+void disable(std::initializer_list<QWidget *> controls)
+{
+    for (QWidget *control : controls)
+        control->setEnabled(false);
+}
+
+void make_primary(QPushButton &button)
+{
+    QPalette colours = button.palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        colours.setColor(group, QPalette::Button, colours.color(group, QPalette::Highlight));
+        colours.setColor(group, QPalette::ButtonText,
+                         colours.color(group, QPalette::HighlightedText));
+    }
+    button.setPalette(colours);
+    QFont font = button.font();
+    font.setBold(true);
+    button.setFont(font);
+}
