@@ -52,8 +52,8 @@ QDateTime separator_date(QByteArrayView line)
     const QList<QByteArray> words = line.toByteArray().simplified().split(' ');
     for (qsizetype at = words.size() - 1; at >= 4; --at) {
         const QString text = QString::fromLatin1(words[at - 3] + ' ' + words[at - 2] + ' ' +
-                                                 words[at - 1].left(5) + ' ' + words[at]);
-        const QDateTime date = QLocale::c().toDateTime(text, QStringLiteral("MMM d hh:mm yyyy"));
+                                                 words[at - 1] + ' ' + words[at]);
+        const QDateTime date = QLocale::c().toDateTime(text, QStringLiteral("MMM d hh:mm:ss yyyy"));
         if (date.isValid())
             return date;
     }
