@@ -137,9 +137,14 @@ private:
             return;
         }
         comment_ = value_.sliced(at_ + 1, length - 2);
-        if (!has_angle_)
-            phrase_.append(' ');
         at_ += length;
+        if (has_angle_)
+            return;
+        // What stood on both sides is kept apart by one blank.
+        while (at_ < value_.size() && is_blank(value_[at_]))
+            ++at_;
+        if (!phrase_is_blank_ && !is_blank(phrase_.back()))
+            phrase_.append(' ');
     }
 
     void angle()

@@ -31,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"\"Ann \\\"A\\\" Doe\" <ann@example.org>", "ann@example.org", "Ann \"A\" Doe"},
         Case{"ann@example.org (Ann (old) Doe)", "ann@example.org", "Ann (old) Doe"},
         Case{"<ann@example.org> (Ann)", "ann@example.org", "Ann"},
-        Case{"Ann (home) Doe <ann@example.org>", "ann@example.org", "Ann  Doe"},
+        Case{"Ann (home) Doe <ann@example.org>", "ann@example.org", "Ann Doe"},
         Case{"Ann <ann@example.org>, Bob <bob@example.org>", "ann@example.org", "Ann"},
         Case{"ann@example.org, bob@example.org", "ann@example.org", ""},
         Case{"friends: Ann <ann@example.org>, bob@example.org;", "ann@example.org", "Ann"},

@@ -115,7 +115,8 @@ INSTANTIATE_TEST_SUITE_P(
                              "Content-Type: text/html\n\nx\n--c\n\ninner\n--c--\n--b--\n"),
                  "inner"},
         BodyCase{"enclosed message",
-                 mail(mixed, "--b\nContent-Type: message/rfc822\n\nSubject: x\n\nno\n--b\n\nyes\n"),
+                 mail(mixed,
+                      "--b\nContent-Type: message/rfc822\n\nSubject: x\n\nno\n--b\n\nyes\n--b--\n"),
                  "yes"},
         BodyCase{"other text", mail("Content-Type: text/enriched", "rich"), "rich"}));
 
