@@ -244,14 +244,12 @@ private:
     {
         QByteArray joined;
         joined.reserve(text.size());
-        for (qsizetype at = 0; at < text.size(); ++at) {
-            if (text[at] == '@') {
-                while (!joined.isEmpty() && is_blank(joined.back()))
-                    joined.chop(1);
-            }
-            const bool follows_at = is_blank(text[at]) && joined.endsWith('@');
+        for (const char c : text) {
+            while (c == '@' && !joined.isEmpty() && is_blank(joined.back()))
+                joined.chop(1);
+            const bool follows_at = is_blank(c) && joined.endsWith('@');
             if (!follows_at)
-                joined.append(text[at]);
+                joined.append(c);
         }
         return joined;
     }
