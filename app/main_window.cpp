@@ -19,6 +19,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QStatusBar>
 #include <QTableView>
 
@@ -81,7 +82,7 @@ void MainWindow::wire_tabs()
     tabs.send_mail.wire(handlers_, Data2);
     tabs.groups.wire(handlers_);
     tabs.properties.wire(handlers_, log_writer_, purge_cycles_, replay_);
-    tabs.schedule.wire(handlers_, [this] { retrieval_.runSchedule_Click(); });
+    tabs.schedule.wire(handlers_, [this] { run_unattended(); });
     tabs.about.wire(handlers_, try_out_);
     tabs.new_email.wire(handlers_, desk, retrieval_);
 }
@@ -103,6 +104,13 @@ void MainWindow::wire_menus()
     handlers_.on_triggered(menus_.WarningSwitch, [this] { WarningSwitch_Click(); });
     handlers_.on(menus_.Tools, &QMenu::aboutToShow,
                  [this] { menus_.WarningSwitch->setChecked(warning_switch_.is_stored()); });
+}
+
+void MainWindow::run_unattended()
+{
+    attended_ = false;
+    const auto attended_again = qScopeGuard([this] { attended_ = true; });
+    retrieval_.runSchedule_Click();
 }
 
 void MainWindow::stop_schedule()

@@ -42,6 +42,9 @@ public:
     /// Makes the tab with this number the current one. @throws RuntimeError 5 for no tab's number.
     void show_tab(int number) { strip_.show_tab(number); }
 
+    /// Whether the run that reads mail was started by a person, who can answer a dialog.
+    bool is_attended() const { return attended_; }
+
     DataConnection &work_table() { return Data1; }
     DataConnection &master_list() { return Data2; }
     const SharedControls &controls() const { return controls_; }
@@ -55,6 +58,7 @@ private:
     void wire_tabs();
     void wire_hidden_buttons();
     void wire_menus();
+    void run_unattended();
     void stop_schedule();
     void lay_out();
     void prepare();
@@ -88,6 +92,7 @@ private:
     TypedHeadingPurge typed_heading_;
     ParserTryOut try_out_;
     RetrievalRun retrieval_;
+    bool attended_ = true;
     TableName table_name_;
     WarningSwitch warning_switch_;
 };

@@ -37,9 +37,10 @@ void write_replay(const fs::path &folder, const ReplaySize &size)
 void write_facts(const fs::path &file, double scale, std::size_t few, std::size_t many)
 {
     OutputFile facts(file);
-    facts << "{\"scale\": " << scale << ", \"messages\": [" << few << ", " << many
-          << "], \"rows\": " << scaled(scale, 1'000'000) << ", \"needle\": \"weber"
-          << last_weber_below(scaled(scale, 500'000)) << "\"}\n";
+    const std::size_t weber = last_weber_below(scaled(scale, 500'000));
+    facts << R"({"scale": )" << scale << R"(, "messages": [)" << few << ", " << many
+          << R"(], "rows": )" << scaled(scale, 1'000'000) << R"(, "needle": "weber)" << weber
+          << "\"}\n";
     facts.close();
 }
 

@@ -13,16 +13,16 @@ from harness.jobs import Failed, Machine
 from harness.machine import describe
 from harness.report import Result, costs_table, targets_table
 
-TRIES_PER_RUN = 3  # a noisy run is repeated until so many tries have been made in all
+TRIES, SLOW_TRIES = 3, 2  # a noisy run is repeated until so many tries have been made
 BEGIN, END = "<!-- measured: begin -->", "<!-- measured: end -->"
 
 
 class Measurement:
     """All contests, run in rounds so that the contestants alternate."""
 
-    def __init__(self, machine: Machine, scratch: Path, runs: int, slow_runs: int):
+    def __init__(self, machine: Machine, scratch: Path, runs: int, slow_runs: int, repeat: bool):
         self._machine, self._scratch = machine, scratch
-        self._runs, self._slow_runs = runs, slow_runs
+        self._runs, self._slow_runs, self._repeat = runs, slow_runs, repeat
         self.results = {}
 
     def hold(self, contest):
@@ -56,7 +56,8 @@ class Measurement:
             say(f"  {result.trouble}")
 
     def _quiet_run(self, contestant, result: Result):
-        for left in reversed(range(TRIES_PER_RUN)):
+        tries = 1 if not self._repeat else SLOW_TRIES if contestant.slow else TRIES
+        for left in reversed(range(tries)):
             cost, outcome = self._run_once(contestant)
             if result.outcome is not None and outcome != result.outcome:
                 raise Failed(f"left {outcome}, then {result.outcome}")
@@ -120,7 +121,8 @@ def main() -> int:
                 if contest.name.startswith(args.only)]
     machine = Machine(Path(programs.bench("timed")), [args.display_server])
     runs = args.runs or (1 if args.quick else 5)
-    measurement = Measurement(machine, args.scratch, runs, args.slow_runs or min(runs, 3))
+    measurement = Measurement(machine, args.scratch, runs, args.slow_runs or min(runs, 3),
+                              repeat=not args.quick)
     for contest in contests:
         measurement.hold(contest)
     shutil.rmtree(args.scratch, ignore_errors=True)

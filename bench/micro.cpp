@@ -1,10 +1,12 @@
 // The pure pieces by themselves, to see where a whole program's time goes and whether a change to
 // one of them helps. Run build/bench/bench/bench_micro; not part of bench/run's tables.
+#include "bench/inputs/message.h"
 #include "bench/inputs/people.h"
 #include "bench/inputs/prose.h"
 #include "bench/inputs/random.h"
 #include "db/like_pattern.h"
 #include "db/multi_matcher.h"
+#include "mail/message_reader.h"
 
 #include <QString>
 #include <QStringList>
@@ -91,6 +93,21 @@ void match_logged(benchmark::State &state)
     match_all(state, MultiMatcher(logged(state.range()), 0), addresses());
 }
 BENCHMARK(match_logged)->Arg(10)->Arg(1'000);
+
+/// Messages of the inbox that the retrieval is measured with, one after the other.
+void read_messages(benchmark::State &state)
+{
+    std::vector<QByteArray> messages;
+    for (std::size_t number = 0; number < texts / 10; ++number)
+        messages.push_back(QByteArray::fromStdString(make_message(number).text));
+    for (auto _ : state) {
+        for (const QByteArray &bytes : messages)
+            benchmark::DoNotOptimize(read_message({bytes, QDateTime()}).text.size());
+    }
+    state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) *
+                            static_cast<std::int64_t>(messages.size()));
+}
+BENCHMARK(read_messages)->Unit(benchmark::kMillisecond);
 } // namespace
 
 BENCHMARK_MAIN();

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace
 {
@@ -58,9 +59,9 @@ void distrust_schema(sqlite3 *database)
 }
 } // namespace
 
-DatabaseFile::DatabaseFile(const QString &native_path, const QString &shown_path)
-    : path_(native_path),
-      shown_path_(shown_path)
+DatabaseFile::DatabaseFile(QString native_path, QString shown_path)
+    : path_(std::move(native_path)),
+      shown_path_(std::move(shown_path))
 {
     check_is_database(path_, shown_path_);
     writer_ = connect();

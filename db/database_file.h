@@ -39,7 +39,7 @@ class DatabaseFile
 public:
     /// @throws RuntimeError 3024 when there is no such file, 75 for a folder, 70 for one that may
     /// not be read, 3343 for one that is no database.
-    DatabaseFile(const QString &native_path, const QString &shown_path);
+    DatabaseFile(QString native_path, QString shown_path);
     ~DatabaseFile();
     DatabaseFile(const DatabaseFile &) = delete;
     DatabaseFile &operator=(const DatabaseFile &) = delete;

@@ -19,4 +19,7 @@ headless_packages=(xvfb)
 
 test_packages=(libgtest-dev libgmock-dev)
 
+# What the benchmarks measure with and beside.
+bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)
+
 ci_packages=(git clang-format clang-tidy shellcheck)

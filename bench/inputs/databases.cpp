@@ -155,23 +155,23 @@ void write_replay_database(const std::filesystem::path &file, const ReplaySize &
     fill_work_table(database, size.work_rows);
 }
 
-void write_log(const std::filesystem::path &path, const ReplaySize &size)
+void write_log(const std::filesystem::path &file, const ReplaySize &size)
 {
-    OutputFile file(path);
+    OutputFile log(file);
     for (const std::string &line : log_lines(size))
-        file << line << "\r\n";
-    file.close();
+        log << line << "\r\n";
+    log.close();
 }
 
-void write_statements(const std::filesystem::path &path, const ReplaySize &size)
+void write_statements(const std::filesystem::path &file, const ReplaySize &size)
 {
-    OutputFile file(path);
+    OutputFile statements(file);
     for (const std::string &line : log_lines(size)) {
         for (const char *cell :
              {"system where email", "master where email", "system where subject"})
-            file << "delete from " << cell << " like '%" << line << "%';\n";
+            statements << "delete from " << cell << " like '%" << line << "%';\n";
     }
-    file.close();
+    statements.close();
 }
 
 void write_list_database(const std::filesystem::path &file, std::size_t rows)

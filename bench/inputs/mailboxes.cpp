@@ -57,12 +57,12 @@ void write_maildir(const std::filesystem::path &folder, std::size_t count)
     }
 }
 
-void write_mbox(const std::filesystem::path &path, std::size_t count)
+void write_mbox(const std::filesystem::path &file, std::size_t count)
 {
-    OutputFile file(path);
+    OutputFile mbox(file);
     for (std::size_t number = 0; number < count; ++number) {
         const Message message = make_message(number);
-        file << from_line(message) << escaped(message.text) << '\n';
+        mbox << from_line(message) << escaped(message.text) << '\n';
     }
-    file.close();
+    mbox.close();
 }

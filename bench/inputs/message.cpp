@@ -36,7 +36,8 @@ std::string trace_headers(Random &random, const std::string &date)
     std::string headers;
     for (int hop = 3; hop > 0; --hop) {
         const std::string relay = "relay" + std::to_string(hop) + ".example.net";
-        headers += "Received: from " + relay + " (" + relay + " [192.0.2.";
+        headers.append("Received: from ").append(relay).append(" (").append(relay);
+        headers += " [192.0.2.";
         headers += std::to_string(random.below(250)) + "])\n\tby mx.example.org with ESMTPS id ";
         headers += std::to_string(random.below(1'000'000'000)) + "\n\tfor <list@example.org>; ";
         headers += date + '\n';
@@ -66,7 +67,7 @@ Content multipart(Random &random, const std::string &type, std::initializer_list
     Content content{"Content-Type: multipart/" + type + "; boundary=\"" + boundary + "\"\n",
                     "This is a message of several parts.\n"};
     for (const std::string &each : parts)
-        content.body += "\n--" + boundary + '\n' + each;
+        content.body.append("\n--").append(boundary).append("\n").append(each);
     content.body += "\n--" + boundary + "--\n";
     return content;
 }
