@@ -1,6 +1,6 @@
 #include "app/about_tab.h"
 
-#include "platform/controls.h"
+#include "mail/parser_try_out.h"
 #include "platform/event_handlers.h"
 #include "ui_about_tab.h"
 
@@ -10,17 +10,15 @@ AboutTab::AboutTab(QWidget *parent) : QWidget(parent), ui_(std::make_unique<Ui::
 {
     ui_->setupUi(this);
     ui_->about_icon->setPixmap(QIcon(QStringLiteral(":/icons/ostrix.png")).pixmap(96));
-    disable_what_has_no_command();
 }
 
 AboutTab::~AboutTab() = default;
 
-void AboutTab::disable_what_has_no_command()
+void AboutTab::wire(EventHandlers &handlers, const ParserTryOut &try_out)
 {
-    disable({ui_->Command31, ui_->Command32});
+    handlers.on_click(ui_->Command31, [&] { try_out.Command31_Click(); }); // "test grab …"
+    handlers.on_click(ui_->Command32, [&] { try_out.Command32_Click(); }); // "parse function"
 }
-
-void AboutTab::wire(EventHandlers & /*handlers*/) {}
 
 QLineEdit &AboutTab::Text31() const
 {

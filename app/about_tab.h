@@ -5,6 +5,7 @@
 #include <memory>
 
 class EventHandlers;
+class ParserTryOut;
 class QLineEdit;
 class TextBox;
 
@@ -22,7 +23,7 @@ public:
     explicit AboutTab(QWidget *parent = nullptr);
     ~AboutTab() override;
 
-    void wire(EventHandlers &handlers);
+    void wire(EventHandlers &handlers, const ParserTryOut &try_out);
 
     QLineEdit &Text31() const;
     QLineEdit &Text32() const;
@@ -32,7 +33,5 @@ public:
     TextBox &RichTextBox2() const;
 
 private:
-    void disable_what_has_no_command();
-
     std::unique_ptr<Ui::AboutTab> ui_;
 };

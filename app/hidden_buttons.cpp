@@ -1,7 +1,5 @@
 #include "app/hidden_buttons.h"
 
-#include "platform/controls.h"
-
 #include <QPushButton>
 
 namespace
@@ -24,6 +22,5 @@ HiddenButtons add_hidden_buttons(QWidget &window)
             add_button(window, "Command23", "delete incorrect subject headings from both tables"),
         .Command27 = add_button(window, "Command27", "Command27"),
     };
-    disable({buttons.Command11, buttons.Command22, buttons.Command23, buttons.Command27});
     return buttons;
 }

@@ -5,6 +5,7 @@
 #include "app/help_file.h"
 #include "app/properties_tab.h"
 #include "app/start_up.h"
+#include "db/list_desk.h"
 #include "db/master_tab.h"
 #include "mail/mail_store.h"
 #include "mail/new_email_tab.h"
@@ -17,6 +18,8 @@
 #include <QCloseEvent>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
+#include <QScopeGuard>
 #include <QStatusBar>
 #include <QTableView>
 
@@ -34,6 +37,17 @@ MainWindow::MainWindow(const Services &services)
       hidden_(add_hidden_buttons(*this)),
       progress_(*statusBar(), [this] { repaint_grids(); }),
       log_writer_(controls_.Text27, please_wait_, log_),
+      lists_(Data1, Data2, please_wait_, controls_.ProgressBar1),
+      purge_desk_{Data1,        Data2,     controls_, services.settings, services.prompts,
+                  please_wait_, progress_, lists_,    log_writer_},
+      returned_mail_(purge_desk_),
+      subject_heading_(purge_desk_),
+      replay_(purge_desk_),
+      purge_cycles_(purge_desk_),
+      typed_heading_(purge_desk_),
+      try_out_(Data2, controls_, services.prompts),
+      retrieval_({purge_desk_, services.mail, [this](int number) { show_tab(number); },
+                  [this] { stop_schedule(); }}),
       table_name_(controls_.Text2, services.settings, Data1, services.prompts),
       warning_switch_(services.settings, services.prompts)
 {
@@ -41,7 +55,9 @@ MainWindow::MainWindow(const Services &services)
     please_wait_.set_parent(this);
     Data1.set_record_source("system");
     Data2.set_record_source("master");
-    wire();
+    wire_tabs();
+    wire_hidden_buttons();
+    wire_menus();
 }
 
 MainWindow::~MainWindow()
@@ -58,17 +74,29 @@ void MainWindow::lay_out()
     resize(1000, 700);
 }
 
-void MainWindow::wire()
+void MainWindow::wire_tabs()
 {
     const Tabs &tabs = strip_.tabs();
-    tabs.master.wire(handlers_);
-    tabs.send_mail.wire(handlers_);
+    const ListDesk desk{Data1, Data2, lists_, services_.prompts};
+    tabs.master.wire(handlers_, desk);
+    tabs.send_mail.wire(handlers_, Data2);
     tabs.groups.wire(handlers_);
-    tabs.properties.wire(handlers_, log_writer_);
-    tabs.schedule.wire(handlers_);
-    tabs.about.wire(handlers_);
-    tabs.new_email.wire(handlers_);
+    tabs.properties.wire(handlers_, log_writer_, purge_cycles_, replay_);
+    tabs.schedule.wire(handlers_, [this] { run_unattended(); });
+    tabs.about.wire(handlers_, try_out_);
+    tabs.new_email.wire(handlers_, desk, retrieval_);
+}
 
+void MainWindow::wire_hidden_buttons()
+{
+    handlers_.on_click(hidden_.Command11, [this] { lists_.Command11_Click(); });
+    handlers_.on_click(hidden_.Command22, [this] { returned_mail_.Command22_Click(); });
+    handlers_.on_click(hidden_.Command23, [this] { subject_heading_.Command23_Click(); });
+    handlers_.on_click(hidden_.Command27, [this] { typed_heading_.Command27_Click(); });
+}
+
+void MainWindow::wire_menus()
+{
     handlers_.on_triggered(menus_.Backup, [this] { Backup_Click(); });
     handlers_.on_triggered(menus_.HelpFile, [this] { HelpFile_Click(); });
     handlers_.on_triggered(menus_.ReadTableName, [this] { table_name_.ReadTableName_Click(); });
@@ -76,6 +104,18 @@ void MainWindow::wire()
     handlers_.on_triggered(menus_.WarningSwitch, [this] { WarningSwitch_Click(); });
     handlers_.on(menus_.Tools, &QMenu::aboutToShow,
                  [this] { menus_.WarningSwitch->setChecked(warning_switch_.is_stored()); });
+}
+
+void MainWindow::run_unattended()
+{
+    attended_ = false;
+    const auto attended_again = qScopeGuard([this] { attended_ = true; });
+    retrieval_.runSchedule_Click();
+}
+
+void MainWindow::stop_schedule()
+{
+    strip_.tabs().schedule.Timer1().stop();
 }
 
 void MainWindow::open()

@@ -11,9 +11,17 @@
 #include "app/tab_strip.h"
 #include "app/table_name.h"
 #include "app/warning_switch.h"
+#include "db/address_lists.h"
 #include "db/data_connection.h"
 #include "db/database_engine.h"
 #include "db/record_set_model.h"
+#include "mail/log_replay.h"
+#include "mail/parser_try_out.h"
+#include "mail/purge_cycles.h"
+#include "mail/retrieval_run.h"
+#include "mail/returned_mail_purge.h"
+#include "mail/subject_purge.h"
+#include "mail/typed_heading_purge.h"
 #include "platform/event_handlers.h"
 
 #include <QMainWindow>
@@ -34,6 +42,9 @@ public:
     /// Makes the tab with this number the current one. @throws RuntimeError 5 for no tab's number.
     void show_tab(int number) { strip_.show_tab(number); }
 
+    /// Whether the run that reads mail was started by a person, who can answer a dialog.
+    bool is_attended() const { return attended_; }
+
     DataConnection &work_table() { return Data1; }
     DataConnection &master_list() { return Data2; }
     const SharedControls &controls() const { return controls_; }
@@ -44,7 +55,11 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    void wire();
+    void wire_tabs();
+    void wire_hidden_buttons();
+    void wire_menus();
+    void run_unattended();
+    void stop_schedule();
     void lay_out();
     void prepare();
     void open_database(DataConnection &connection);
@@ -68,6 +83,16 @@ private:
     HiddenButtons hidden_;
     StatusProgress progress_;
     LogWriter log_writer_;
+    AddressLists lists_;
+    PurgeDesk purge_desk_;
+    ReturnedMailPurge returned_mail_;
+    SubjectPurge subject_heading_;
+    LogReplay replay_;
+    PurgeCycles purge_cycles_;
+    TypedHeadingPurge typed_heading_;
+    ParserTryOut try_out_;
+    RetrievalRun retrieval_;
+    bool attended_ = true;
     TableName table_name_;
     WarningSwitch warning_switch_;
 };

@@ -1,7 +1,8 @@
 #include "app/properties_tab.h"
 
 #include "app/log_writer.h"
-#include "platform/controls.h"
+#include "mail/log_replay.h"
+#include "mail/purge_cycles.h"
 #include "platform/event_handlers.h"
 #include "ui_properties_tab.h"
 
@@ -23,7 +24,6 @@ PropertiesTab::PropertiesTab(const PropertiesNeeds &needs, QWidget *parent)
       database_location_(*ui_->Text25, needs.settings, needs.Data1, needs.prompts),
       log_file_(*ui_->Text17, *ui_->Text27, needs.settings, needs.prompts)
 {
-    disable_what_has_no_command();
 }
 
 PropertiesTab::~PropertiesTab() = default;
@@ -42,12 +42,8 @@ PropertiesTab::heading_rows(const PropertiesNeeds &needs) const
             row(returned2, ui_->Text29, ui_->Command53, ui_->Command57, ui_->Command55)};
 }
 
-void PropertiesTab::disable_what_has_no_command()
-{
-    disable({ui_->cmdFilterit, ui_->Command58, ui_->Command59, ui_->cmdDel, ui_->Command10});
-}
-
-void PropertiesTab::wire(EventHandlers &handlers, LogWriter &log_writer)
+void PropertiesTab::wire(EventHandlers &handlers, LogWriter &log_writer, const PurgeCycles &purges,
+                         const LogReplay &replay)
 {
     wire_headings(handlers);
     const auto on_click = [&](QPushButton *button, EventHandlers::Handler handler) {
@@ -62,6 +58,11 @@ void PropertiesTab::wire(EventHandlers &handlers, LogWriter &log_writer)
     on_click(ui_->Command38, [this] { log_file_.Command38_Click(); });          // "View Log"
     on_click(ui_->Command39, [this] { log_file_.Command39_Click(); });          // "Clear Log"
     on_click(ui_->Command40, [this] { log_file_.Command40_Click(); });          // "Set Log Path"
+    on_click(ui_->cmdFilterit, [&purges] { purges.cmdFilterit_Click(); });      // "Filter"
+    on_click(ui_->Command58, [&purges] { purges.Command58_Click(); });          // "Filter1"
+    on_click(ui_->Command59, [&purges] { purges.Command59_Click(); });          // "Filter2"
+    on_click(ui_->cmdDel, [&purges] { purges.cmdDel_Click(); });                // "Delete"
+    on_click(ui_->Command10, [&replay] { replay.Command10_Click(); }); // "Read log and …"
 }
 
 void PropertiesTab::wire_headings(EventHandlers &handlers)

@@ -12,8 +12,10 @@
 
 class DataConnection;
 class EventHandlers;
+class LogReplay;
 class LogWriter;
 class MailSession;
+class PurgeCycles;
 class QLineEdit;
 class QPushButton;
 class TextBox;
@@ -41,8 +43,9 @@ public:
     explicit PropertiesTab(const PropertiesNeeds &needs, QWidget *parent = nullptr);
     ~PropertiesTab() override;
 
-    /// `log_writer` writes this tab's log box; both must outlive the tab.
-    void wire(EventHandlers &handlers, LogWriter &log_writer);
+    /// `log_writer` writes this tab's log box. All must outlive the tab.
+    void wire(EventHandlers &handlers, LogWriter &log_writer, const PurgeCycles &purges,
+              const LogReplay &replay);
 
     QLineEdit &Text17() const;
     QLineEdit &Text25() const;
@@ -59,7 +62,6 @@ private:
         QPushButton *del;
     };
     std::array<HeadingRow, 4> heading_rows(const PropertiesNeeds &needs) const;
-    void disable_what_has_no_command();
     void wire_headings(EventHandlers &handlers);
 
     std::unique_ptr<Ui::PropertiesTab> ui_;

@@ -26,6 +26,7 @@ StatusProgress::StatusProgress(QStatusBar &bar, std::function<void()> repaint_gr
 {
     text_->setObjectName(QStringLiteral("progress_text"));
     text_->setTextFormat(Qt::PlainText);
+    text_->setContentsMargins(8, 0, 0, 0);
     bar.addWidget(text_, 1);
 }
 

@@ -5,7 +5,7 @@
 #include "platform/twips.h"
 
 #include <QHeaderView>
-#include <QShortcut>
+#include <QKeyEvent>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -22,6 +22,12 @@ LargeScreen::LargeScreen(RecordSetModel &master, QWidget *main_window)
     grid->horizontalHeader()->setStretchLastSection(true);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(grid);
-    auto *escape = new QShortcut(Qt::Key_Escape, this);
-    connect(escape, &QShortcut::activated, this, &QWidget::close);
+}
+
+void LargeScreen::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(event);
 }

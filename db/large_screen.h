@@ -12,4 +12,7 @@ class LargeScreen : public QWidget
 
 public:
     LargeScreen(RecordSetModel &master, QWidget *main_window);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 };

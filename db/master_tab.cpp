@@ -1,6 +1,8 @@
 #include "db/master_tab.h"
 
+#include "db/address_lists.h"
 #include "db/large_screen.h"
+#include "db/master_list_commands.h"
 #include "db/record_set_model.h"
 #include "platform/controls.h"
 #include "platform/event_handlers.h"
@@ -21,13 +23,26 @@ MasterTab::~MasterTab() = default;
 void MasterTab::disable_what_has_no_command()
 {
     disable({ui_->Command19, ui_->Command37});
-    disable({ui_->Command20, ui_->Command21, ui_->Command33, ui_->Command36, ui_->Command42,
-             ui_->Command43, ui_->Command44, ui_->cmdADD});
 }
 
-void MasterTab::wire(EventHandlers &handlers)
+void MasterTab::wire(EventHandlers &handlers, const ListDesk &desk)
 {
-    handlers.on_click(ui_->cmdLargeScreen, [this] { cmdLargeScreen_Click(); }); // "View Large …"
+    commands_ = std::make_unique<MasterListCommands>(
+        desk,
+        MasterListControls{*ui_->Text1, *ui_->Text2, *ui_->Text7, *ui_->cmdADD, *ui_->MSFlexGrid5});
+    AddressLists &lists = desk.lists;
+    const auto on_click = [&](QPushButton *button, EventHandlers::Handler handler) {
+        handlers.on_click(button, std::move(handler));
+    };
+    on_click(ui_->Command20, [&lists] { lists.Command20_Click(); });    // "Refresh"
+    on_click(ui_->Command44, [&lists] { lists.Command11_Click(); });    // "Add To Master"
+    on_click(ui_->cmdADD, [this] { commands_->cmdADD_Click(); });       // "Add"
+    on_click(ui_->Command21, [this] { commands_->Command21_Click(); }); // "Change"
+    on_click(ui_->Command43, [this] { commands_->Command43_Click(); }); // "Delete A Record"
+    on_click(ui_->Command42, [this] { commands_->Command42_Click(); }); // "Delete All Records"
+    on_click(ui_->Command33, [this] { commands_->Command33_Click(); }); // "Sort"
+    on_click(ui_->Command36, [this] { commands_->Command36_Click(); }); // "Count"
+    on_click(ui_->cmdLargeScreen, [this] { cmdLargeScreen_Click(); });  // "View Large Screen"
 }
 
 void MasterTab::cmdLargeScreen_Click()

@@ -6,9 +6,12 @@
 #include <memory>
 
 class EventHandlers;
+class MasterListCommands;
 class RecordSetModel;
 class QLineEdit;
 class QTableView;
+
+struct ListDesk;
 
 namespace Ui
 {
@@ -25,7 +28,7 @@ public:
     explicit MasterTab(RecordSetModel &master, QWidget *parent = nullptr);
     ~MasterTab() override;
 
-    void wire(EventHandlers &handlers);
+    void wire(EventHandlers &handlers, const ListDesk &desk);
 
     QLineEdit &Text1() const;
     QLineEdit &Text2() const;
@@ -39,6 +42,7 @@ private:
     void cmdLargeScreen_Click();
 
     std::unique_ptr<Ui::MasterTab> ui_;
+    std::unique_ptr<MasterListCommands> commands_;
     RecordSetModel &master_;
     QPointer<QWidget> large_screen_;
 };

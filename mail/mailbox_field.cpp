@@ -137,9 +137,14 @@ private:
             return;
         }
         comment_ = value_.sliced(at_ + 1, length - 2);
-        if (!has_angle_)
-            phrase_.append(' ');
         at_ += length;
+        if (has_angle_)
+            return;
+        // What stood on both sides is kept apart by one blank.
+        while (at_ < value_.size() && is_blank(value_[at_]))
+            ++at_;
+        if (!phrase_is_blank_ && !is_blank(phrase_.back()))
+            phrase_.append(' ');
     }
 
     void angle()
@@ -239,14 +244,12 @@ private:
     {
         QByteArray joined;
         joined.reserve(text.size());
-        for (qsizetype at = 0; at < text.size(); ++at) {
-            if (text[at] == '@') {
-                while (!joined.isEmpty() && is_blank(joined.back()))
-                    joined.chop(1);
-            }
-            const bool follows_at = is_blank(text[at]) && joined.endsWith('@');
+        for (const char c : text) {
+            while (c == '@' && !joined.isEmpty() && is_blank(joined.back()))
+                joined.chop(1);
+            const bool follows_at = is_blank(c) && joined.endsWith('@');
             if (!follows_at)
-                joined.append(text[at]);
+                joined.append(c);
         }
         return joined;
     }

@@ -18,7 +18,7 @@
 namespace
 {
 // More than mail servers let through; what is longer is read in its first part only.
-constexpr qint64 longest_message = 256 * 1024 * 1024;
+constexpr qint64 longest_message = qint64(256) * 1024 * 1024;
 
 struct CloseFolder
 {

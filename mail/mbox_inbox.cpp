@@ -4,7 +4,6 @@
 
 #include <QFile>
 #include <QHash>
-#include <QLocale>
 
 #include <algorithm>
 #include <fcntl.h>
@@ -12,7 +11,7 @@
 
 namespace
 {
-constexpr qint64 longest_message = 256 * 1024 * 1024;
+constexpr qint64 longest_message = qint64(256) * 1024 * 1024;
 constexpr int most_tries = 3;
 
 // A shared lock on the file's whole length for as long as it lives; without one when another
@@ -49,13 +48,14 @@ Identity identity_of(const MboxMessage &message)
 // in another form. Mail programs write it in local time, a few in universal time.
 QDateTime separator_date(QByteArrayView line)
 {
+    static constexpr QByteArrayView months("JanFebMarAprMayJunJulAugSepOctNovDec");
     const QList<QByteArray> words = line.toByteArray().simplified().split(' ');
     for (qsizetype at = words.size() - 1; at >= 4; --at) {
-        const QString text = QString::fromLatin1(words[at - 3] + ' ' + words[at - 2] + ' ' +
-                                                 words[at - 1].left(5) + ' ' + words[at]);
-        const QDateTime date = QLocale::c().toDateTime(text, QStringLiteral("MMM d hh:mm yyyy"));
-        if (date.isValid())
-            return date;
+        const qsizetype month = words[at - 3].size() == 3 ? months.indexOf(words[at - 3]) : -1;
+        const QDate day(words[at].toInt(), static_cast<int>(month / 3 + 1), words[at - 2].toInt());
+        const QTime time = QTime::fromString(QString::fromLatin1(words[at - 1]), Qt::ISODate);
+        if (month >= 0 && day.isValid() && time.isValid())
+            return {day, time};
     }
     return {};
 }

@@ -8,7 +8,7 @@
 
 namespace
 {
-constexpr qint64 chunk_size = 256 * 1024;
+constexpr qint64 chunk_size = qint64(256) * 1024;
 
 bool is_digit(char c)
 {

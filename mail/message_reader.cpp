@@ -138,7 +138,7 @@ public:
 private:
     static QString counted(qint64 number, const QString &things)
     {
-        return QLocale::c().toString(number) + u' ' + things;
+        return QLocale(QLocale::English).toString(number) + u' ' + things;
     }
 
     qint64 characters_ = 0;

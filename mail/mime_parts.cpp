@@ -15,7 +15,7 @@ namespace
 constexpr int most_levels = 50;
 constexpr int most_parts = 1'000;
 // More than any text of 1 Mi characters needs, whatever its encoding.
-constexpr qint64 longest_content = 32 * 1024 * 1024;
+constexpr qint64 longest_content = qint64(32) * 1024 * 1024;
 
 struct Unref
 {

@@ -5,9 +5,14 @@
 #include <memory>
 
 class EventHandlers;
+class DataConnection;
+class Prompts;
 class RecordSetModel;
 class QProgressBar;
 class QTableView;
+
+class RetrievalRun;
+struct ListDesk;
 
 namespace Ui
 {
@@ -24,13 +29,15 @@ public:
     explicit NewEmailTab(RecordSetModel &work_table, QWidget *parent = nullptr);
     ~NewEmailTab() override;
 
-    void wire(EventHandlers &handlers);
+    /// `run` is what "Get Emails" starts.
+    void wire(EventHandlers &handlers, const ListDesk &desk, RetrievalRun &run);
 
     QTableView &MSFlexGrid1() const;
     QProgressBar &ProgressBar1() const;
 
 private:
-    void disable_what_has_no_command();
+    void Command25_Click(DataConnection &Data1, Prompts &prompts);
+    static void Command45_Click(DataConnection &Data1, Prompts &prompts);
 
     std::unique_ptr<Ui::NewEmailTab> ui_;
 };

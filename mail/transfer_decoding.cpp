@@ -70,15 +70,17 @@ bool is_blank(char c)
     return c == ' ' || c == '\t';
 }
 
-// Where the line goes on behind blanks that end it: at its LF or CR LF; else `at` itself.
-qsizetype line_end_behind_blanks(QByteArrayView text, qsizetype at)
+bool ends_line(QByteArrayView text, qsizetype at)
 {
-    qsizetype end = at;
-    while (end < text.size() && is_blank(text[end]))
-        ++end;
-    const bool ends = end == text.size() || text[end] == '\n' ||
-                      (text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n');
-    return ends ? end : at;
+    return at == text.size() || text[at] == '\n' ||
+           (text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n');
+}
+
+qsizetype behind_blanks(QByteArrayView text, qsizetype at)
+{
+    while (at < text.size() && is_blank(text[at]))
+        ++at;
+    return at;
 }
 
 // Behind the line break at `at`, when there is one.
@@ -89,6 +91,21 @@ qsizetype behind_line_break(QByteArrayView text, qsizetype at)
     if (at < text.size() && text[at] == '\n')
         ++at;
     return at;
+}
+
+// Appends what the "=" at `at` stands for. @return where the text goes on.
+qsizetype decode_equals_sign(QByteArrayView text, qsizetype at, QByteArray &out)
+{
+    const int byte = escaped_byte(text, at);
+    if (byte != not_in_alphabet) {
+        out.append(static_cast<char>(byte));
+        return at + 3;
+    }
+    const qsizetype end = behind_blanks(text, at + 1);
+    if (end < text.size() && ends_line(text, end))
+        return behind_line_break(text, end);
+    out.append('=');
+    return at + 1;
 }
 
 // One line's bytes; the length in its first character is not believed beyond the line's end.
@@ -126,26 +143,19 @@ QByteArray decode_base64(QByteArrayView encoded)
 
 QByteArray decode_quoted_printable(QByteArrayView encoded)
 {
-    QByteArray decoded(encoded.size(), Qt::Uninitialized);
-    char *out = decoded.data();
-    for (qsizetype i = 0; i < encoded.size();) {
-        const char c = encoded[i];
-        const int byte = c == '=' ? escaped_byte(encoded, i) : not_in_alphabet;
-        const qsizetype line_end =
-            c == '=' || is_blank(c) ? line_end_behind_blanks(encoded, c == '=' ? i + 1 : i) : i;
-        if (byte != not_in_alphabet) {
-            *out++ = static_cast<char>(byte);
-            i += 3;
-        } else if (c == '=' && behind_line_break(encoded, line_end) > i + 1) {
-            i = behind_line_break(encoded, line_end);
-        } else if (is_blank(c) && line_end > i) {
-            i = line_end;
-        } else {
-            *out++ = c;
-            ++i;
+    QByteArray decoded;
+    decoded.reserve(encoded.size());
+    for (qsizetype at = 0; at < encoded.size();) {
+        if (encoded[at] == '=') {
+            at = decode_equals_sign(encoded, at, decoded);
+            continue;
         }
+        // All blanks in one step: a line of nothing else is looked at once.
+        const qsizetype end = is_blank(encoded[at]) ? behind_blanks(encoded, at) : at + 1;
+        if (!is_blank(encoded[at]) || !ends_line(encoded, end))
+            decoded.append(encoded.sliced(at, end - at));
+        at = end;
     }
-    decoded.truncate(out - decoded.data());
     return decoded;
 }
 

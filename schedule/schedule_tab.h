@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class EventHandlers;
@@ -20,10 +22,14 @@ public:
     explicit ScheduleTab(QWidget *parent = nullptr);
     ~ScheduleTab() override;
 
-    void wire(EventHandlers &handlers);
+    /// `run_scheduled` is the retrieval that a due tick starts.
+    void wire(EventHandlers &handlers, std::function<void()> run_scheduled);
+
+    QTimer &Timer1() { return timer_; }
 
 private:
     void disable_what_has_no_command();
 
     std::unique_ptr<Ui::ScheduleTab> ui_;
+    QTimer timer_;
 };

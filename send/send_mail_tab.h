@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class DataConnection;
 class EventHandlers;
 class QListWidget;
 class QProgressBar;
@@ -22,13 +23,14 @@ public:
     explicit SendMailTab(QWidget *parent = nullptr);
     ~SendMailTab() override;
 
-    void wire(EventHandlers &handlers);
+    void wire(EventHandlers &handlers, DataConnection &Data2);
 
     QListWidget &List1() const;
     QProgressBar &ProgressBar3() const;
 
 private:
     void disable_what_has_no_command();
+    void Command26_Click(DataConnection &Data2);
 
     std::unique_ptr<Ui::SendMailTab> ui_;
 };

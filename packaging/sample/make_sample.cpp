@@ -37,7 +37,7 @@ QDateTime date_of(const QByteArray &message, const QString &path)
 {
     const qsizetype start = message.indexOf(date_header) + date_header.size();
     const QByteArray text = message.mid(start, message.indexOf('\n', start) - start);
-    const QDateTime date = QDateTime::fromString(QString::fromLatin1(text), Qt::RFC2822Date);
+    QDateTime date = QDateTime::fromString(QString::fromLatin1(text), Qt::RFC2822Date);
     if (!date.isValid())
         fail(QStringLiteral("%1: not a date: %2").arg(path, QString::fromLatin1(text)));
     return date;

@@ -45,7 +45,7 @@ SQLite::Database open_database()
 
 int row_count(const QString &table)
 {
-    const SQLite::Database database = open_database();
+    SQLite::Database database = open_database();
     return database.execAndGet("select count(*) from " + table.toStdString()).getInt();
 }
 
@@ -186,6 +186,7 @@ void SampleRound::tell_log() const
 bool SampleRound::tell_result()
 {
     faults_ += boxes_.faults();
+    faults_.removeDuplicates();
     for (const QString &fault : faults_)
         tell(QStringLiteral("WRONG: ") + fault);
     if (faults_.isEmpty())
@@ -235,11 +236,15 @@ void SampleRound::tell_boxes()
         tell(QStringLiteral("  box: ") + text.simplified());
 }
 
+// The part of the screen that the window covers, with a box that stands over it.
 void SampleRound::take_screenshot(const QString &name)
 {
     QTest::qWait(0); // a paint that has been asked for happens first
     const QString path = QStringLiteral("%1/%2.png").arg(screenshots_, name);
-    expect(window_.screen()->grabWindow(0).save(path), QStringLiteral("cannot write ") + path);
+    const QRect part = window_.geometry();
+    const QPixmap picture =
+        window_.screen()->grabWindow(0, part.x(), part.y(), part.width(), part.height());
+    expect(picture.save(path), QStringLiteral("cannot write ") + path);
 }
 
 void SampleRound::take_screenshot_of_window(QWidget *window)

@@ -33,6 +33,24 @@ TEST(EventHandlers, AFailureIsReportedAndEndsTheProgram)
                       HasSubstr("databases closed\n"), Not(HasSubstr("went on"))));
 }
 
+TEST(EventHandlers, KnowWhatIsBoundAndWhetherAHandlerRuns)
+{
+    QtPrompts prompts;
+    EventHandlers handlers(prompts, [] {});
+    QPushButton outer;
+    QPushButton inner;
+    QList<bool> running;
+    handlers.on_click(&inner, [&] { running.append(handlers.is_running()); });
+    handlers.on_click(&outer, [&] {
+        inner.click();
+        running.append(handlers.is_running()); // the outer one still does
+    });
+    outer.click();
+    EXPECT_EQ(running, (QList<bool>{true, true}));
+    EXPECT_FALSE(handlers.is_running());
+    EXPECT_EQ(handlers.bound(), (QList<const QObject *>{&inner, &outer}));
+}
+
 TEST(EventHandlers, NoStepOfAnOuterCommandRunsAfterAFailureInsideItsTurnOfTheEventLoop)
 {
     const auto fail = [] {

@@ -5,6 +5,8 @@ void MailStoreDouble::called(const QString &operation, const QString &argument) 
     // Reading is const in the interface; what was read is written down all the same.
     auto &self = const_cast<MailStoreDouble &>(*this);
     self.calls.append(operation + (argument.isNull() ? QString() : "(" + argument + ")"));
+    if (on_any_call)
+        on_any_call(calls.last());
     if (const auto action = on_call.value(operation))
         action();
 }
@@ -13,6 +15,12 @@ const InboxMessage &MailStoreDouble::current(const char *operation) const
 {
     called(QString::fromLatin1(operation));
     return inbox.at(index_);
+}
+
+void MailStoreDouble::fail_at(const QString &operation)
+{
+    on_call.insert(operation,
+                   [] { throw RuntimeError(error_number::mail_failure, "The store says no"); });
 }
 
 namespace
@@ -76,6 +84,8 @@ int MailStoreDouble::MsgCount() const
 void MailStoreDouble::set_MsgIndex(int index)
 {
     called(QStringLiteral("set_MsgIndex"), QString::number(index));
+    if (gone.contains(index))
+        throw MessageGone(error_number::mail_failure, "The message has gone");
     index_ = index;
 }
 

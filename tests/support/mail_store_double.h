@@ -29,6 +29,13 @@ public:
     /// Runs at the start of the operation with this name, for instance to throw.
     QHash<QString, std::function<void()>> on_call;
     int session_id = 7;
+    /// Runs at the start of every operation, with the words that it is written down with.
+    std::function<void(const QString &words)> on_any_call;
+    /// Indexes of messages that have vanished since the fetch.
+    QList<int> gone;
+
+    /// Makes the operation with this name fail.
+    void fail_at(const QString &operation);
 
     MailSession &session() override { return *this; }
     MessageSet &messages() override { return *this; }

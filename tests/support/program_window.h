@@ -86,7 +86,9 @@ protected:
     MailStoreDouble mail;
     BoxRobot boxes;
 
-    QString database = QStringLiteral("C:\\Ostrix\\Ostrix.mdb");
+    const QString database = QStringLiteral("C:\\Ostrix\\Ostrix.mdb");
+    /// The same file by the path that a file dialog gives.
+    QString native_database() const { return home.file(QStringLiteral("data/Ostrix/Ostrix.mdb")); }
 
 private:
     QWidget &find(const QString &control);
