@@ -3,6 +3,7 @@
 #include "bench/inputs/mailboxes.h"
 #include "bench/inputs/output_file.h"
 #include "bench/inputs/people.h"
+#include "platform/runtime_error.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -69,6 +70,9 @@ try {
     }
     write_all(argv[1], scale);
     return 0;
+} catch (const RuntimeError &error) {
+    std::cerr << error.description().toStdString() << '\n';
+    return 1;
 } catch (const std::exception &error) {
     std::cerr << error.what() << '\n';
     return 1;

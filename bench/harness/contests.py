@@ -8,7 +8,7 @@ from dataclasses import dataclass
 from pathlib import Path
 from typing import Callable
 
-from harness.jobs import Failed, Job, product_database, product_home
+from harness.jobs import OUTPUT, Failed, Job, product_database, product_home
 
 PRODUCT = "ostrix"
 GET_EMAILS, READ_LOG = "Command2", "Command10"  # the buttons' names
@@ -207,7 +207,7 @@ def lists(programs: Programs, query: str) -> Contest:
 
 def number_of_rows(folder: Path, query: str) -> int:
     """The count that was shown, or how many rows were listed."""
-    shown = (folder / "output.log").read_text()
+    shown = (folder / OUTPUT).read_text()
     return int(shown) if query == "count" else shown.count("\n")
 
 
@@ -218,7 +218,7 @@ def product_list(programs: Programs, query: str, needle: str) -> Contestant:
         return Job([programs.bench("lists"), report, query, needle], env, own_report=report)
 
     return Contestant(PRODUCT, programs.bench("lists"), prepare,
-                      lambda folder: int((folder / "output.log").read_text()))
+                      lambda folder: int((folder / OUTPUT).read_text()))
 
 
 def shell_list(programs: Programs, query: str, statement: str) -> Contestant:

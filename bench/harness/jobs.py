@@ -15,6 +15,7 @@ FOREIGN_SHARE = 0.15
 FOREIGN_SHARE_LONG = 0.80
 LONG = 8.0  # seconds
 TICKS = 0.05  # seconds
+OUTPUT, ERRORS = "output.txt", "errors.txt"
 PATIENCE = 600  # seconds until a run counts as hanging
 CPU_FIELDS = (0, 1, 2, 5, 6, 7)  # of /proc/stat: all but idle and waiting for the disk
 
@@ -51,12 +52,12 @@ class Machine:
         self._tick = os.sysconf("SC_CLK_TCK")
 
     def run(self, job: Job, folder: Path) -> Cost:
-        report, log = folder / "timed.json", folder / "output.log"
+        report, log = folder / "timed.json", folder / ERRORS
         command = [self._timed, report, *job.command]
         os.sync()
         busy = self._busy()
         start = time.monotonic()
-        run_to_end([str(part) for part in command], job, folder, log)
+        run_to_end([str(part) for part in command], job, folder)
         wall = time.monotonic() - start
         costs = read_report(report, log)
         foreign = self._busy() - busy - costs["cpu"]
@@ -74,10 +75,11 @@ class Machine:
         return (int(after_name[11]) + int(after_name[12])) / self._tick
 
 
-def run_to_end(command: list, job: Job, folder: Path, log: Path):
-    with open(job.stdin, "rb") as stdin, open(log, "wb") as output:
+def run_to_end(command: list, job: Job, folder: Path):
+    with (open(job.stdin, "rb") as stdin, open(folder / OUTPUT, "wb") as output,
+          open(folder / ERRORS, "wb") as errors):
         process = subprocess.Popen(command, env={**os.environ, **job.env}, stdin=stdin,
-                                   stdout=output, stderr=output, cwd=folder,
+                                   stdout=output, stderr=errors, cwd=folder,
                                    start_new_session=True)
         try:
             process.wait(PATIENCE)

@@ -3,7 +3,9 @@
 #include "bench/inputs/output_file.h"
 #include "bench/inputs/people.h"
 #include "bench/inputs/prose.h"
+#include "db/schema.h"
 
+#include <QString>
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <cctype>
@@ -19,19 +21,6 @@ constexpr std::size_t repeated = 8; // one row in so many repeats the one before
 constexpr std::size_t master_lines = 798;
 constexpr std::size_t work_lines = 144;
 constexpr std::size_t subject_lines = 18;
-
-constexpr const char *schema = R"(
-    create table system(email text collate nocase, subject text collate nocase,
-                        date text collate nocase, name text collate nocase,
-                        text text collate nocase);
-    create table master(email text collate nocase, name text collate nocase);
-    create table email(email text collate nocase, subject text collate nocase,
-                       name text collate nocase, date text collate nocase,
-                       text text collate nocase, groups text collate nocase,
-                       groups2 text collate nocase);
-    create table email2(email text collate nocase, groups text collate nocase);
-    create table import(email text collate nocase);
-)";
 
 // People of the master list have even numbers and people of the work table odd ones.
 Person master_person(std::size_t row)
@@ -50,9 +39,8 @@ std::string row_subject(std::size_t row)
 
 SQLite::Database create(const std::filesystem::path &file)
 {
-    SQLite::Database database(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-    database.exec(schema);
-    return database;
+    create_database(QString::fromStdString(std::filesystem::absolute(file).string()));
+    return {file.string(), SQLite::OPEN_READWRITE};
 }
 
 void fill(SQLite::Database &database, const char *insert, std::size_t rows,

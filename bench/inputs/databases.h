@@ -12,7 +12,7 @@ struct ReplaySize
     std::size_t log_lines;
 };
 
-/// A database file with the five tables, empty.
+/// A database file as the program makes it: the five tables, empty.
 void write_empty_database(const std::filesystem::path &file);
 
 /// The work table with 1.9 kB of text a row, and the master list.

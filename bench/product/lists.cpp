@@ -27,7 +27,7 @@ public:
     }
 
     /// Returns when the grid shows the rows of the refresh that has been made.
-    void wait()
+    void wait() const
     {
         while (!painted_)
             QApplication::processEvents(QEventLoop::WaitForMoreEvents);

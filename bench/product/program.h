@@ -18,7 +18,7 @@ public:
 
     /// Presses the button with this name; returns when the command has ended and all is painted.
     /// @throws std::runtime_error when there is no such button or it is disabled.
-    void click(const char *button);
+    void click(const char *name);
 
     /// Closes the window as a person does. @return the process's exit code: 1 after any notice.
     int close();
