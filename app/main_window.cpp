@@ -4,6 +4,7 @@
 #include "app/first_start.h"
 #include "app/help_file.h"
 #include "app/properties_tab.h"
+#include "app/settings_store.h"
 #include "app/start_up.h"
 #include "db/list_desk.h"
 #include "db/master_tab.h"
@@ -53,6 +54,10 @@ MainWindow::MainWindow(const Services &services)
 {
     lay_out();
     please_wait_.set_parent(this);
+    Data1.setParent(this);
+    Data1.setObjectName(QStringLiteral("Data1"));
+    Data2.setParent(this);
+    Data2.setObjectName(QStringLiteral("Data2"));
     Data1.set_record_source("system");
     Data2.set_record_source("master");
     wire_tabs();
@@ -79,7 +84,7 @@ void MainWindow::wire_tabs()
     const Tabs &tabs = strip_.tabs();
     const ListDesk desk{Data1, Data2, lists_, services_.prompts};
     tabs.master.wire(handlers_, desk);
-    tabs.send_mail.wire(handlers_, Data2);
+    tabs.send_mail.wire(handlers_, Data2, progress_);
     tabs.groups.wire(handlers_);
     tabs.properties.wire(handlers_, log_writer_, purge_cycles_, replay_);
     tabs.schedule.wire(handlers_, [this] { run_unattended(); });
@@ -120,22 +125,28 @@ void MainWindow::stop_schedule()
 
 void MainWindow::open()
 {
-    handlers_.run([this] { prepare(); });
     handlers_.run([this] {
+        const bool prepared = prepare();
         start_up(
             {services_.settings, Data1, Data2, controls_, [this] { show_tab(tab_number::first); }});
+        // Only a start without a stored location prepares anything: the next one tries again.
+        if (!prepared)
+            services_.settings.remove(QStringLiteral("Database"));
     });
     show();
     open_database(Data1);
     open_database(Data2);
 }
 
-void MainWindow::prepare()
+/// @return whether nothing is missing that the first start should leave.
+bool MainWindow::prepare()
 {
     try {
         prepare_first_start(services_.settings);
+        return true;
     } catch (const RuntimeError &error) {
         services_.prompts.notice(error.description(), NoticeIcon::Exclamation);
+        return false;
     }
 }
 

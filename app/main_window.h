@@ -61,7 +61,7 @@ private:
     void run_unattended();
     void stop_schedule();
     void lay_out();
-    void prepare();
+    bool prepare();
     void open_database(DataConnection &connection);
     void repaint_grids();
     void Backup_Click();

@@ -1,5 +1,6 @@
 #include "app/settings_store.h"
 
+#include "platform/drive_path.h"
 #include "platform/runtime_error.h"
 #include "platform/text_file.h"
 
@@ -13,42 +14,39 @@
 
 namespace
 {
+// A line that is no key=value (a comment, say) has no key and is kept as it is.
 struct Entry
 {
     QString key;
     QString value;
+    QString line;
 };
 using Entries = std::vector<Entry>;
 
 constexpr auto owner_only = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
-// A line is key=value, where \\, \n and \r stand for the characters that would break it; a
-// backslash before any other character stands for itself, so that a person may write a path as it
-// is.
+// A line break in a value would end its line: %0D and %0A stand for its two halves, %25 for the
+// sign itself. Backslashes stay, so that a person can read and write a path.
 QString escaped(QString value)
 {
-    value.replace(QLatin1String("\\"), QLatin1String("\\\\"));
-    value.replace(QLatin1Char('\n'), QLatin1String("\\n"));
-    return value.replace(QLatin1Char('\r'), QLatin1String("\\r"));
+    value.replace(QLatin1String("%"), QLatin1String("%25"));
+    value.replace(QLatin1Char('\r'), QLatin1String("%0D"));
+    return value.replace(QLatin1Char('\n'), QLatin1String("%0A"));
 }
 
-QString unescaped(const QString &written)
+QString unescaped(QString value)
 {
-    QString value;
-    for (qsizetype i = 0; i < written.size(); ++i) {
-        const QChar next = i + 1 < written.size() ? written[i + 1] : QChar();
-        const bool escape = written[i] == QLatin1Char('\\') &&
-                            QStringLiteral("\\nr").contains(next) && !next.isNull();
-        if (!escape) {
-            value += written[i];
-            continue;
-        }
-        value += next == QLatin1Char('n')   ? QLatin1Char('\n')
-                 : next == QLatin1Char('r') ? QLatin1Char('\r')
-                                            : next;
-        ++i;
-    }
-    return value;
+    value.replace(QLatin1String("%0A"), QLatin1String("\n"));
+    value.replace(QLatin1String("%0D"), QLatin1String("\r"));
+    return value.replace(QLatin1String("%25"), QLatin1String("%"));
+}
+
+Entry entry_of(const QString &line)
+{
+    const qsizetype equals = line.indexOf(QLatin1Char('='));
+    if (equals <= 0)
+        return {{}, {}, line};
+    return {line.left(equals), unescaped(line.mid(equals + 1)), line};
 }
 
 Entries read_entries(const QString &file)
@@ -57,12 +55,14 @@ Entries read_entries(const QString &file)
     if (!QFileInfo::exists(file))
         return entries;
     const QStringList lines = read_lines(file);
-    for (const QString &line : lines) {
-        const qsizetype equals = line.indexOf(QLatin1Char('='));
-        if (equals > 0)
-            entries.push_back({line.left(equals), unescaped(line.mid(equals + 1))});
-    }
+    for (const QString &line : lines)
+        entries.push_back(entry_of(line));
     return entries;
+}
+
+QString line_of(const Entry &entry)
+{
+    return entry.key.isEmpty() ? entry.line : entry.key + QLatin1Char('=') + escaped(entry.value);
 }
 
 void write_entries(const QString &path, const Entries &entries)
@@ -71,7 +71,7 @@ void write_entries(const QString &path, const Entries &entries)
     QSaveFile file(path);
     QByteArray bytes;
     for (const Entry &entry : entries)
-        bytes += (entry.key + QLatin1Char('=') + escaped(entry.value) + QLatin1Char('\n')).toUtf8();
+        bytes += line_of(entry).toUtf8() + '\n';
     const bool written = file.open(QIODevice::WriteOnly) && file.setPermissions(owner_only) &&
                          file.write(bytes) == bytes.size() && file.commit();
     if (!written)
@@ -80,22 +80,14 @@ void write_entries(const QString &path, const Entries &entries)
                                .arg(path, file.errorString()));
 }
 
-auto find_entry(Entries &entries, const QString &key)
+auto has_key(const QString &key)
 {
-    return std::find_if(entries.begin(), entries.end(), [&](const Entry &entry) {
-        return entry.key.compare(key, Qt::CaseInsensitive) == 0;
-    });
+    return [key](const Entry &entry) { return entry.key.compare(key, Qt::CaseInsensitive) == 0; };
 }
 
-QString existing_entry(const QString &folder, const QString &name)
+auto find_entry(Entries &entries, const QString &key)
 {
-    const QStringList names =
-        QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QString &candidate : names) {
-        if (candidate.compare(name, Qt::CaseInsensitive) == 0)
-            return folder + QLatin1Char('/') + candidate;
-    }
-    return folder + QLatin1Char('/') + name;
+    return std::find_if(entries.begin(), entries.end(), has_key(key));
 }
 
 QString configuration_folder()
@@ -109,8 +101,10 @@ QString configuration_folder()
 
 QString settings_file(const QString &application, const QString &section)
 {
-    const QString folder = existing_entry(configuration_folder(), application);
-    return existing_entry(folder, section + QStringLiteral(".ini"));
+    QString path = configuration_folder();
+    for (const QString &name : {application, section + QStringLiteral(".ini")})
+        path += QLatin1Char('/') + existing_name(path, name);
+    return path;
 }
 
 QString SettingsStore::read(const QString &key, const QString &fallback) const
@@ -132,7 +126,7 @@ void SettingsStore::write(const QString &key, const QString &value)
     Entries entries = read_entries(file);
     const auto found = find_entry(entries, key);
     if (found == entries.end())
-        entries.push_back({key, value});
+        entries.push_back({key, value, {}});
     else
         found->value = value;
     write_entries(file, entries);
@@ -142,10 +136,8 @@ void SettingsStore::remove(const QString &key)
 {
     const QString file = settings_file(application, section);
     Entries entries = read_entries(file);
-    const auto found = find_entry(entries, key);
-    if (found == entries.end())
+    if (std::erase_if(entries, has_key(key)) == 0)
         throw RuntimeError(error_number::invalid_call,
                            QStringLiteral("There is no setting '%1'").arg(key));
-    entries.erase(found);
     write_entries(file, entries);
 }

@@ -13,12 +13,12 @@ public:
     inline static const QString section = QStringLiteral("eAPP");
 
     /// @return the stored text, or `fallback` when the key is absent.
-    /// @throws RuntimeError 70 when the file is there but cannot be read.
+    /// @throws RuntimeError as read_text_file() when the file is there but cannot be read.
     QString read(const QString &key, const QString &fallback = {}) const;
     QString read(const QString &application, const QString &section, const QString &key,
                  const QString &fallback) const;
 
-    /// @throws RuntimeError 75 or 61 when the file cannot be written; the old content then stays.
+    /// @throws RuntimeError 75 when the file cannot be written; the old content then stays.
     void write(const QString &key, const QString &value);
 
     /// @throws RuntimeError 5 when the key is absent; as write() otherwise.

@@ -58,6 +58,12 @@ void StatusProgress::tell(const QString &what, qint64 done, qint64 total)
 void StatusProgress::clear()
 {
     painted_.reset();
-    text_->clear();
+    text_->setText(note_);
     text_->repaint();
+}
+
+void StatusProgress::note(const QString &text)
+{
+    note_ = text;
+    clear();
 }

@@ -22,6 +22,7 @@ public:
 
     void tell(const QString &what, qint64 done, qint64 total) override;
     void clear() override;
+    void note(const QString &text) override;
 
     static Milliseconds steady_milliseconds();
 
@@ -29,6 +30,7 @@ private:
     bool is_due();
 
     QLabel *text_;
+    QString note_;
     std::function<void()> repaint_grids_;
     Milliseconds now_;
     std::optional<qint64> painted_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/shared_controls.h"
+#include "app/tab_number.h"
 
 #include <QTabWidget>
 
@@ -25,13 +26,6 @@ struct Tabs
     AboutTab &about;
     NewEmailTab &new_email;
 };
-
-/// The numbers by which commands call tabs: identities, not positions.
-namespace tab_number
-{
-inline constexpr int first = 0;
-inline constexpr int new_email = 11;
-} // namespace tab_number
 
 /// The tab strip `SSTab1`.
 class TabStrip : public QTabWidget

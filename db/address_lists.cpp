@@ -4,6 +4,7 @@
 #include "db/data_connection.h"
 
 #include <QProgressBar>
+#include <QScopeGuard>
 
 AddressLists::AddressLists(DataConnection &work_table, DataConnection &master_list,
                            PleaseWait &please_wait, QProgressBar &progress_bar)
@@ -17,9 +18,9 @@ AddressLists::AddressLists(DataConnection &work_table, DataConnection &master_li
 void AddressLists::Command11_Click()
 {
     please_wait_.show();
+    const auto done = qScopeGuard([this] { please_wait_.unload(); });
     Data2.execute("insert into master(email,name) select email,name from system");
     Data2.refresh();
-    please_wait_.unload();
 }
 
 void AddressLists::Command20_Click()

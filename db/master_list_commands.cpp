@@ -59,9 +59,15 @@ void MasterListCommands::delete_selected_row() const
         return;
     }
     move_to_selected_row();
+    RecordSet &master = desk_.Data2.record_set();
+    const QString address = master.field(QStringLiteral("email"));
+    const qint64 position = master.absolute_position();
     if (!desk_.prompts.ok_cancel(QStringLiteral("Are you sure you want to delete this record?")))
         return;
-    desk_.Data2.record_set().delete_current();
+    // The list may have been read anew while the question stood: only the record asked about goes.
+    if (master.absolute_position() != position || master.field(QStringLiteral("email")) != address)
+        return;
+    master.delete_current();
     desk_.Data2.refresh();
 }
 
@@ -86,8 +92,13 @@ void MasterListCommands::Command33_Click() const
 {
     const bool ascending = desk_.prompts.ok_cancel(QStringLiteral(
         "This will sort data in ascending order. Click CANCEL to sort in descending order?"));
-    const int column = std::max(0, controls_.MSFlexGrid5.currentIndex().column());
-    desk_.Data2.record_set().sort(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    if (!desk_.Data2.has_record_set())
+        return;
+    QTableView &grid = controls_.MSFlexGrid5;
+    const int column = std::max(0, grid.currentIndex().column());
+    QAbstractItemModel &rows = *grid.model();
+    rows.sort(column, ascending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    grid.setCurrentIndex(rows.index(0, column)); // the next sort is by the same column
 }
 
 void MasterListCommands::Command36_Click() const

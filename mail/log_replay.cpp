@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 #include <QLineEdit>
 #include <QScopeGuard>
+#include <QSet>
 
 #include <algorithm>
 #include <array>
@@ -44,23 +45,25 @@ void LogReplay::Command10_Click(OnError on_error) const
 void LogReplay::replay(const QStringList &lines, OnError on_error) const
 {
     QStringList plain;
+    QSet<QString> executed; // lines with wildcards: each costs a look at every row, once is enough
     for (qsizetype i = 0; i < lines.size(); ++i) {
         const QString &line = lines[i];
         if (is_plain(line)) {
             if (!line.isEmpty())
                 plain.append(line);
-        } else {
-            delete_plain(plain, on_error);
-            plain.clear();
+            if (plain.size() < batch_size)
+                continue;
+        }
+        delete_plain(plain, on_error);
+        plain.clear();
+        if (!is_plain(line) && !executed.contains(line)) {
+            executed.insert(line);
             desk_.controls.Text27.set_text(line);
             delete_one_by_one(line, on_error);
         }
-        if (plain.size() < batch_size && i + 1 < lines.size())
-            continue;
-        delete_plain(plain, on_error);
-        plain.clear();
         desk_.progress.tell(QStringLiteral("Log line"), i + 1, lines.size());
     }
+    delete_plain(plain, on_error);
     if (!lines.isEmpty())
         desk_.controls.Text27.set_text(lines.constLast());
 }

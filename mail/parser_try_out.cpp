@@ -32,7 +32,7 @@ void ParserTryOut::Command31_Click() const
     controls_.RichTextBox2.set_text(lines);
     const QString before = lines.section(QLatin1Char('@'), 0, 0);
     const QString behind = lines.section(QLatin1Char('@'), 1, 1);
-    controls_.Text31.setText(before.left(shown_length));
+    controls_.Text31.setText(text.section(QLatin1Char('@'), 0, 0).left(shown_length));
     controls_.Text33.setText(before.split(line_break).constLast());
     controls_.Text34.setText(behind.split(line_break).constFirst().right(shown_length));
 }

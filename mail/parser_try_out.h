@@ -22,7 +22,7 @@ public:
 private:
     void delete_words() const;
 
-    DataConnection &Data2;
+    DataConnection &Data2; // the master list
     const SharedControls &controls_;
     Prompts &prompts_;
 };

@@ -4,6 +4,7 @@
 #include "app/please_wait.h"
 #include "app/settings_store.h"
 #include "app/shared_controls.h"
+#include "app/tab_number.h"
 #include "db/address_lists.h"
 #include "db/data_connection.h"
 #include "mail/log_replay.h"
@@ -22,9 +23,6 @@
 
 namespace
 {
-constexpr int first_tab = 0;
-constexpr int work_table_tab = 11;
-
 const QString yes = QStringLiteral("yes");
 const QString get_isp = QStringLiteral("Get ISP");
 const QString get_subject = QStringLiteral("Get Subject");
@@ -41,10 +39,11 @@ QString location_warning(const QString &opening)
                                     "YOU WILL HAVE TO RESTART THE PROGRAM TO CONTINUE");
 }
 
-QString progress_words(int gone)
+QString gone_note(int gone)
 {
-    return gone == 0 ? QStringLiteral("Message")
-                     : QStringLiteral("%1 had gone before they were read; message").arg(gone);
+    return gone == 0
+               ? QString()
+               : QStringLiteral("%1 of the messages had gone before they could be read").arg(gone);
 }
 } // namespace
 
@@ -53,9 +52,9 @@ void RetrievalRun::Command2_Click() const
     ask_for_purges();
     if (!database_is_agreed())
         return;
-    desk_.show_tab(work_table_tab);
+    desk_.show_tab(tab_number::new_email);
     if (!profile_is_agreed()) {
-        desk_.show_tab(first_tab);
+        desk_.show_tab(tab_number::first);
         return;
     }
     desk_.purges.please_wait.show();
@@ -71,7 +70,7 @@ void RetrievalRun::Command2_Click() const
 void RetrievalRun::runSchedule_Click() const
 {
     desk_.stop_timer();
-    desk_.show_tab(work_table_tab);
+    desk_.show_tab(tab_number::new_email);
     desk_.store.session().set_UserName(desk_.purges.settings.read(QStringLiteral("Profile")));
     QCoreApplication::processEvents();
     sign_on();
@@ -140,9 +139,10 @@ void RetrievalRun::copy_messages(Errors errors) const
     for (int i = 0; i < count; ++i) {
         gone += copy_message(i, errors) ? 0 : 1;
         bar.setValue(std::min(i, bar.maximum()));
-        desk_.purges.progress.tell(progress_words(gone), i + 1, count);
+        desk_.purges.progress.tell(QStringLiteral("Message"), i + 1, count);
     }
     desk_.purges.progress.clear();
+    desk_.purges.progress.note(gone_note(gone));
     step(errors, [&] { desk_.store.session().SignOff(); });
     step(errors, [&] { desk_.purges.Data1.record_set().move_first(); });
     step(errors, [&] { desk_.purges.lists.Command11_Click(); });
@@ -225,5 +225,5 @@ void RetrievalRun::show_whole_tables(Errors errors) const
     step(errors, [this] { desk_.purges.lists.Command28_Click(); });
     step(errors, [this] { desk_.purges.lists.Command20_Click(); });
     desk_.purges.controls.ProgressBar1.setValue(0);
-    desk_.show_tab(first_tab);
+    desk_.show_tab(tab_number::first);
 }

@@ -4,6 +4,7 @@
 #include "platform/runtime_error.h"
 
 #include <functional>
+#include <utility>
 
 class MailStore;
 
@@ -23,14 +24,14 @@ struct RetrievalDesk
 class RetrievalRun
 {
 public:
-    explicit RetrievalRun(const RetrievalDesk &desk) : desk_(desk) {}
+    explicit RetrievalRun(RetrievalDesk desk) : desk_(std::move(desk)) {}
 
     /// "Get Emails": asks its questions, then runs. Any failure goes to the caller.
     /// @throws RuntimeError of the store, the database or the log files.
     void Command2_Click() const;
 
     /// The scheduled run: asks nothing, always purges, and skips what fails from the fetch on.
-    /// @throws RuntimeError of the sign-on alone.
+    /// @throws RuntimeError of what comes before the fetch: the settings, the sign-on.
     void runSchedule_Click() const;
 
 private:

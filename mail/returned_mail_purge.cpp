@@ -13,6 +13,7 @@
 
 #include <QCoreApplication>
 #include <QLineEdit>
+#include <QScopeGuard>
 
 void ReturnedMailPurge::Command22_Click() const
 {
@@ -43,6 +44,7 @@ void ReturnedMailPurge::collect_from_notices() const
     const int count = as_integer16(notices.record_count());
     if (count == 0)
         return;
+    const auto done = qScopeGuard([this] { desk_.progress.clear(); });
     notices.move_first();
     for (int left = count; left > 0; --left) {
         desk_.progress.tell(QStringLiteral("Notice"), count - left + 1, count);
@@ -50,7 +52,6 @@ void ReturnedMailPurge::collect_from_notices() const
         if (left > 1)
             notices.move_next();
     }
-    desk_.progress.clear();
 }
 
 void ReturnedMailPurge::collect_from_current_notice() const

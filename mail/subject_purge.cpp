@@ -4,7 +4,10 @@
 #include "app/shared_controls.h"
 #include "db/data_connection.h"
 #include "mail/log_box.h"
+#include "platform/progress_report.h"
 #include "platform/words.h"
+
+#include <QScopeGuard>
 
 void SubjectPurge::Command23_Click() const
 {
@@ -23,9 +26,13 @@ void SubjectPurge::Command23_Click() const
 
 void SubjectPurge::collect_senders() const
 {
+    const auto done = qScopeGuard([this] { desk_.progress.clear(); });
     RecordSet &senders = desk_.Data1.record_set();
-    for (senders.move_first(); !senders.eof(); senders.move_next())
+    const qint64 count = senders.record_count();
+    for (senders.move_first(); !senders.eof(); senders.move_next()) {
+        desk_.progress.tell(QStringLiteral("Sender"), senders.absolute_position() + 1, count);
         append_entry(desk_.controls.Text27, senders.field(QStringLiteral("email")));
+    }
 }
 
 void SubjectPurge::show_tables_crossed() const

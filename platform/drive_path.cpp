@@ -14,9 +14,8 @@ bool has_drive_letter(const QString &path)
            path[1] == QLatin1Char(':') &&
            (path[2] == QLatin1Char('\\') || path[2] == QLatin1Char('/'));
 }
+} // namespace
 
-/// The name in `folder` that equals `component` but for letter case; `component` when there is
-/// none.
 QString existing_name(const QString &folder, const QString &component)
 {
     if (QFileInfo::exists(folder + QLatin1Char('/') + component))
@@ -29,7 +28,6 @@ QString existing_name(const QString &folder, const QString &component)
     }
     return component;
 }
-} // namespace
 
 QString data_folder()
 {

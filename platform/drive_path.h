@@ -2,6 +2,10 @@
 
 #include <QString>
 
+/// The name in `folder` that equals `component` but for letter case; the exact name if it is there,
+/// `component` when there is none.
+QString existing_name(const QString &folder, const QString &component);
+
 /// The folder that "C:\" stands for: $XDG_DATA_HOME, else ~/.local/share. No trailing slash.
 QString data_folder();
 

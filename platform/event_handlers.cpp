@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <utility>
 
 EventHandlers::EventHandlers(Prompts &prompts, Handler close_databases)
@@ -24,17 +25,24 @@ void EventHandlers::on_triggered(QAction *action, Handler handler)
 
 void EventHandlers::run(const Handler &handler)
 {
+    if (ending_)
+        return;
     ++running_;
     const auto done = qScopeGuard([this] { --running_; });
     try {
         handler();
     } catch (const RuntimeError &error) {
         end_program(error);
+    } catch (const std::bad_alloc &) {
+        end_program(RuntimeError(error_number::out_of_memory, QStringLiteral("Out of memory")));
+    } catch (const std::exception &error) {
+        end_program(RuntimeError(error_number::internal_error, QString::fromUtf8(error.what())));
     }
 }
 
-void EventHandlers::end_program(const RuntimeError &error) const
+void EventHandlers::end_program(const RuntimeError &error)
 {
+    ending_ = true;
     std::fprintf(stderr, "%s\n", error.what());
     prompts_.run_time_error(error.report());
     close_databases_();

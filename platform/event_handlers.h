@@ -12,7 +12,8 @@
 /// Binds handlers to controls. Here, and only here, a failure that a handler lets through becomes
 /// the run-time error report: the critical box, the databases closed, and the program ended with
 /// exit code 1. No later step of any command runs, also when the failing handler ran inside another
-/// command's turn of the event loop.
+/// command's turn of the event loop, and no other handler runs while the report stands. What is
+/// no RuntimeError (memory that ran out) ends the program the same way.
 class EventHandlers
 {
 public:
@@ -42,10 +43,11 @@ public:
     const QList<const QObject *> &bound() const { return bound_; }
 
 private:
-    [[noreturn]] void end_program(const RuntimeError &error) const;
+    [[noreturn]] void end_program(const RuntimeError &error);
 
     Prompts &prompts_;
     Handler close_databases_;
     QList<const QObject *> bound_;
     int running_ = 0;
+    bool ending_ = false;
 };

@@ -12,6 +12,10 @@ public:
     /// `what` names the thing counted ("Message"); `done` of `total` are finished.
     virtual void tell(const QString &what, qint64 done, qint64 total) = 0;
 
-    /// Nothing runs any more.
+    /// Nothing runs any more: what was told goes, a note stays.
     virtual void clear() = 0;
+
+    /// What a person should know of the last run (messages that were skipped); empty for nothing.
+    /// It stands until the next note, beneath whatever is told meanwhile.
+    virtual void note(const QString &text) = 0;
 };

@@ -48,7 +48,9 @@ DialogFilter dialog_filter(const QString &filter)
 QWidget *QtPrompts::box_parent() const
 {
     QWidget *active = QApplication::activeWindow();
-    return active != nullptr ? active : parent_.data();
+    const bool passing =
+        active == nullptr || active->windowFlags().testFlag(Qt::WindowDoesNotAcceptFocus);
+    return passing ? parent_.data() : active;
 }
 
 void QtPrompts::notice(const QString &text, NoticeIcon icon)
@@ -73,19 +75,19 @@ QString QtPrompts::choose_file(const FileChoice &choice, bool for_saving)
     QFileDialog dialog(box_parent(), title);
     dialog.setAcceptMode(for_saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(for_saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    // The dialog itself shows a filter as "label (pattern)": the label's own brackets are what a
-    // person reads.
+    // The dialog takes its pattern from the last brackets and leaves them out when it shows the
+    // label.
     const DialogFilter filter = dialog_filter(choice.filter);
     if (!filter.label.isEmpty()) {
-        const QString words = filter.label.section(QLatin1Char('('), 0, 0).trimmed();
-        dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(words, filter.pattern));
+        dialog.setOption(QFileDialog::HideNameFilterDetails);
+        dialog.setNameFilter(QStringLiteral("%1 (%2)").arg(filter.label, filter.pattern));
     }
     const QString folder = choice.folder.isEmpty() ? last_folder_ : native_path(choice.folder);
     if (!folder.isEmpty())
         dialog.setDirectory(folder);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return {};
-    const QString chosen = dialog.selectedFiles().constFirst();
+    QString chosen = dialog.selectedFiles().constFirst();
     last_folder_ = QFileInfo(chosen).path();
     return chosen;
 }

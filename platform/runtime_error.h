@@ -9,8 +9,10 @@ namespace error_number
 {
 inline constexpr int invalid_call = 5;
 inline constexpr int overflow = 6;
+inline constexpr int out_of_memory = 7;
 inline constexpr int subscript_out_of_range = 9;
 inline constexpr int type_mismatch = 13;
+inline constexpr int internal_error = 51;
 inline constexpr int bad_file_name_or_number = 52;
 inline constexpr int file_not_found = 53;
 inline constexpr int device_io_error = 57;

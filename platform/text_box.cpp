@@ -3,6 +3,16 @@
 #include <QTextCursor>
 #include <QTextDocument>
 
+namespace
+{
+QString without_hidden_breaks(QString text)
+{
+    for (const char16_t hidden_break : {u'\u2029', u'\uFDD0', u'\uFDD1'})
+        text.replace(QChar(hidden_break), QLatin1Char(' '));
+    return text;
+}
+} // namespace
+
 TextBox::TextBox(QWidget *parent) : QPlainTextEdit(parent)
 {
     setTabChangesFocus(true);
@@ -18,12 +28,12 @@ QString TextBox::text() const
 
 void TextBox::set_text(const QString &text)
 {
-    setPlainText(text);
+    setPlainText(without_hidden_breaks(text));
 }
 
 void TextBox::append_text(const QString &text)
 {
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
-    end.insertText(text);
+    end.insertText(without_hidden_breaks(text));
 }

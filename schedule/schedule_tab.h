@@ -31,5 +31,5 @@ private:
     void disable_what_has_no_command();
 
     std::unique_ptr<Ui::ScheduleTab> ui_;
-    QTimer timer_;
+    QTimer timer_{this};
 };

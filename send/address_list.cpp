@@ -1,19 +1,23 @@
 #include "send/address_list.h"
 
 #include "db/data_connection.h"
+#include "platform/progress_report.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QListWidget>
 #include <QProgressBar>
+#include <QScopeGuard>
 
 namespace
 {
 constexpr qint64 turn_every = 50; // milliseconds
 }
 
-void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &bar)
+void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &bar,
+                         ProgressReport &progress)
 {
+    const auto done = qScopeGuard([&progress] { progress.clear(); });
     QStringList read;
     QElapsedTimer since_turn;
     since_turn.start();
@@ -21,6 +25,7 @@ void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &
         list.addItems(read);
         read.clear();
         bar.setValue(rows.record_set().percent_position());
+        progress.tell(QStringLiteral("Address"), list.count(), rows.record_set().record_count());
     };
     // A turn may let another command put a new record set in place: it is asked for anew each time.
     for (rows.record_set().move_first(); !rows.record_set().eof(); rows.record_set().move_next()) {

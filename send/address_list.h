@@ -1,6 +1,7 @@
 #pragma once
 
 class DataConnection;
+class ProgressReport;
 class QListWidget;
 class QProgressBar;
 
@@ -8,4 +9,5 @@ class QProgressBar;
 /// The event loop gets a turn, and the list its rows, at a rate that an eye can follow; the bar
 /// shows the percent position. The time taken grows with the rows, not with their square.
 /// @throws RuntimeError when the database fails.
-void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &bar);
+void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &bar,
+                         ProgressReport &progress);

@@ -6,6 +6,7 @@
 #include "send/address_list.h"
 #include "ui_send_mail_tab.h"
 
+#include <QScopeGuard>
 #include <QStyle>
 
 SendMailTab::SendMailTab(QWidget *parent)
@@ -26,17 +27,22 @@ void SendMailTab::disable_what_has_no_command()
              ui_->Command46, ui_->Command47, ui_->Check9, ui_->Check14});
 }
 
-void SendMailTab::wire(EventHandlers &handlers, DataConnection &Data2)
+void SendMailTab::wire(EventHandlers &handlers, DataConnection &Data2, ProgressReport &progress)
 {
-    handlers.on_click(ui_->Command26, [this, &Data2] { Command26_Click(Data2); }); // "Show all …"
+    handlers.on_click(ui_->Command26, [this, &Data2, &progress] {
+        Command26_Click(Data2, progress);
+    }); // "Show all …"
 }
 
-void SendMailTab::Command26_Click(DataConnection &Data2)
+void SendMailTab::Command26_Click(DataConnection &Data2, ProgressReport &progress)
 {
+    // The walk gives the event loop turns: a second click must not start another one inside it.
+    ui_->Command26->setEnabled(false);
+    const auto done = qScopeGuard([this] { ui_->Command26->setEnabled(true); });
     Data2.set_record_source(" select distinct email from master where email not like    ''    ");
     Data2.refresh();
     ui_->List1->clear();
-    fill_with_addresses(*ui_->List1, Data2, *ui_->ProgressBar3);
+    fill_with_addresses(*ui_->List1, Data2, *ui_->ProgressBar3, progress);
     Data2.set_record_source(" select * from master");
     Data2.refresh();
     ui_->ProgressBar3->setValue(0);

@@ -6,6 +6,7 @@
 
 class DataConnection;
 class EventHandlers;
+class ProgressReport;
 class QListWidget;
 class QProgressBar;
 
@@ -23,14 +24,14 @@ public:
     explicit SendMailTab(QWidget *parent = nullptr);
     ~SendMailTab() override;
 
-    void wire(EventHandlers &handlers, DataConnection &Data2);
+    void wire(EventHandlers &handlers, DataConnection &Data2, ProgressReport &progress);
 
     QListWidget &List1() const;
     QProgressBar &ProgressBar3() const;
 
 private:
     void disable_what_has_no_command();
-    void Command26_Click(DataConnection &Data2);
+    void Command26_Click(DataConnection &Data2, ProgressReport &progress);
 
     std::unique_ptr<Ui::SendMailTab> ui_;
 };

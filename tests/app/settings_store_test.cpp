@@ -49,7 +49,7 @@ TEST_F(Settings, OneLineAKeyReadableByTheOwnerAlone)
 {
     store.write("log file", "c:\\Ostrix\\log.log");
     store.write("Filter", "a=b");
-    EXPECT_EQ(content(), "log file=c:\\\\Ostrix\\\\log.log\nFilter=a=b\n");
+    EXPECT_EQ(content(), "log file=c:\\Ostrix\\log.log\nFilter=a=b\n");
     const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
                         QFile::WriteOther | QFile::ExeOther;
     EXPECT_EQ(QFileInfo(file()).permissions() & others, QFile::Permissions());
@@ -57,8 +57,8 @@ TEST_F(Settings, OneLineAKeyReadableByTheOwnerAlone)
 
 TEST_F(Settings, EveryValueComesBackAsItWasWritten)
 {
-    const QStringList values = {" blanks ", "two\r\nlines", "C:\\new\\r\\\\n", "\\", "=", "#x",
-                                "[x]",      u"ä"_qs};
+    const QStringList values = {" blanks ", "two\r\nlines", "C:\\new\\r\\\\n", "\\",  "=",    "#x",
+                                "%0A",      "100%",         "%250D",           "[x]", u"ä"_qs};
     for (const QString &value : values) {
         store.write("Filter", value);
         EXPECT_EQ(store.read("Filter"), value);
@@ -70,9 +70,20 @@ TEST_F(Settings, APathWrittenByHandIsTakenAsItIs)
     QDir().mkpath(home.file("config/Pendral"));
     QFile stored(file());
     ASSERT_TRUE(stored.open(QIODevice::WriteOnly));
-    stored.write("Database=C:\\Ostrix\\Ostrix.mdb\n");
+    stored.write("Database=C:\\news\\recent.mdb\n");
     stored.close();
-    EXPECT_EQ(store.read("Database"), "C:\\Ostrix\\Ostrix.mdb");
+    EXPECT_EQ(store.read("Database"), "C:\\news\\recent.mdb");
+}
+
+TEST_F(Settings, LinesOfAPersonsOwnAreKeptAndEverySpellingOfAKeyIsRemoved)
+{
+    QDir().mkpath(home.file("config/Pendral"));
+    QFile stored(file());
+    ASSERT_TRUE(stored.open(QIODevice::WriteOnly));
+    stored.write("# my list\nFilter=a\nFILTER=b\n\nDelete=c\n");
+    stored.close();
+    store.remove("filter");
+    EXPECT_EQ(content(), "# my list\n\nDelete=c\n");
 }
 
 TEST_F(Settings, RemovingAKeyLeavesTheOthers)

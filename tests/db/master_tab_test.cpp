@@ -31,11 +31,13 @@ protected:
     }
 
     /// A click on a grid's row.
-    void select_row(const QString &name, int row)
+    void select_row(const QString &name, int row) { select_cell(name, row, 0); }
+
+    void select_cell(const QString &name, int row, int column)
     {
         auto &view = control<QTableView>(name);
         QApplication::processEvents();
-        const QPoint place = view.visualRect(view.model()->index(row, 0)).center();
+        const QPoint place = view.visualRect(view.model()->index(row, column)).center();
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, place);
     }
 
@@ -230,6 +232,48 @@ TEST_F(MasterTab, SortIsAscendingOnOkAndDescendingOnCancel)
     click("Command33");
     EXPECT_EQ(shown(), (QStringList{"carl@example.org", "bob@example.org", "Ann@example.org"}));
     EXPECT_EQ(rows("master", "email").first(), "bob@example.org"); // the database is not touched
+}
+
+TEST_F(MasterTab, SortIsByTheSelectedColumnAlsoTheNextTime)
+{
+    const QString question =
+        "This will sort data in ascending order. Click CANCEL to sort in descending order?";
+    run_sql(
+        "insert into master(email, name) values ('a@x', 'Zoe'), ('b@x', 'Ann'), ('c@x', 'Max')");
+    click("Command20");
+    select_cell("MSFlexGrid5", 1, 1);
+    boxes.expect_ok_cancel(question, true);
+    click("Command33");
+    EXPECT_EQ(shown(), (QStringList{"b@x", "c@x", "a@x"}));
+    boxes.expect_ok_cancel(question, false);
+    click("Command33");
+    EXPECT_EQ(shown(), (QStringList{"a@x", "c@x", "b@x"}));
+}
+
+TEST_F(MasterTab, SortWithoutADatabaseDoesNothing)
+{
+    settings.write("Database", "C:\\Ostrix\\none.mdb");
+    boxes.expect_any_notice(NoticeIcon::Exclamation);
+    boxes.expect_any_notice(NoticeIcon::Exclamation);
+    window();
+    boxes.expect_ok_cancel(
+        "This will sort data in ascending order. Click CANCEL to sort in descending order?", true);
+    click("Command33");
+}
+
+TEST_F(MasterTab, DeleteARecordSparesAnotherRecordThatTookItsPlace)
+{
+    add_master({"ann@example.org", "bob@example.org"});
+    add_system("x@example.org", {});
+    click("Command20");
+    click("Command28");
+    select_row("MSFlexGrid5", 1);
+    boxes.expect_notice(how_to_delete, NoticeIcon::Information);
+    boxes.expect_ok_cancel("Are you sure you want to delete this record?", true);
+    boxes.before_next_answer(
+        [this] { boxes.before_next_answer([this] { window().master_list().refresh(); }); });
+    click("Command43");
+    EXPECT_EQ(rows("master", "email").size(), 2);
 }
 
 TEST_F(MasterTab, CountShowsRowsNotDistinctAddresses)

@@ -153,6 +153,26 @@ TEST_F(Replay, EmptiesItsFieldsAndKeepsTheLastLineInTheLogBox)
     EXPECT_FALSE(please_wait.is_shown());
 }
 
+TEST_F(Replay, TheStatementsAreBuiltByJoining)
+{
+    write_last_batch("o'b@x.org\r\n");
+    try {
+        replay.Command10_Click();
+        FAIL();
+    } catch (const RuntimeError &error) {
+        EXPECT_TRUE(
+            error.description().contains("delete * from system where email like '*o'b@x.org*' "))
+            << error.what();
+    }
+}
+
+TEST_F(Replay, TellsHowFarItIsAndClearsIt)
+{
+    write_last_batch("a?\r\nb?\r\n");
+    replay.Command10_Click();
+    EXPECT_EQ(told, (QStringList{"Log line 1 of 2", "Log line 2 of 2", "clear"}));
+}
+
 TEST_F(Replay, TenThousandLinesAreNoWork)
 {
     QByteArray batch("t\r\n");

@@ -149,7 +149,29 @@ TEST_F(TypedHeading, AsksForAHeading)
 TEST_F(TypedHeading, AQuoteBreaksTheStatement)
 {
     Text2.setText("can't");
-    EXPECT_THROW(purge.Command27_Click(), RuntimeError);
+    try {
+        purge.Command27_Click();
+        FAIL();
+    } catch (const RuntimeError &error) {
+        EXPECT_TRUE(
+            error.description().contains("select * FROM email where subject like  '*can't*' "))
+            << error.what();
+    }
+}
+
+TEST_F(TypedHeading, AQuoteInTheWordsBreaksTheDelete)
+{
+    insert_email("o'b@x.org", "Returned", "o'b@x.org");
+    Text2.setText("Returned");
+    try {
+        purge.Command27_Click();
+        FAIL();
+    } catch (const RuntimeError &error) {
+        EXPECT_TRUE(
+            error.description().contains("delete * from email where email like '*o'b@x.org*'"))
+            << error.what();
+        EXPECT_FALSE(error.description().contains("o'b@x.org*' "));
+    }
 }
 
 class TryOut : public PurgeRoom
@@ -174,8 +196,17 @@ TEST_F(TryOut, GrabsThePiecesAroundTheFirstAtSign)
     RichTextBox2.set_text("Dear ann@example.org hello");
     try_out.Command31_Click();
     EXPECT_EQ(RichTextBox2.text(), "Dear\r\nann@example.org\r\nhello");
+    EXPECT_EQ(Text31.text(), "Dear ann");
     EXPECT_EQ(Text33.text(), "ann");
     EXPECT_EQ(Text34.text(), "example.org");
+}
+
+TEST_F(TryOut, ShowsNinetyNineCharacters)
+{
+    RichTextBox2.set_text(QString(150, 'a') + "@" + QString(50, 'b') + QString(99, 'c'));
+    try_out.Command31_Click();
+    EXPECT_EQ(Text31.text(), QString(99, 'a'));
+    EXPECT_EQ(Text34.text(), QString(99, 'c'));
 }
 
 TEST_F(TryOut, WithoutATextItChangesNothing)

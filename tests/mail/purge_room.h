@@ -40,6 +40,8 @@ protected:
 
     PrivateHome home;
     QStringList journal;
+    QStringList told;  // progress, and where it was cleared
+    QStringList noted; // what a person should know of a run
     RecordingPrompts prompts{journal};
     SettingsStore settings;
     QDateTime now = QDateTime(QDate(2026, 3, 4), QTime(5, 6, 7));
@@ -65,6 +67,10 @@ protected:
     PurgeDesk desk{Data1, Data2, controls, settings, prompts, please_wait, *this, lists, log};
 
 private:
-    void tell(const QString &, qint64, qint64) override {}
-    void clear() override {}
+    void tell(const QString &what, qint64 done, qint64 total) override
+    {
+        told.append(QString("%1 %2 of %3").arg(what).arg(done).arg(total));
+    }
+    void clear() override { told.append("clear"); }
+    void note(const QString &text) override { noted.append(text); }
 };

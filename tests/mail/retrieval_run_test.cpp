@@ -277,19 +277,74 @@ TEST_F(Retrieval, AMessageThatVanishedIsSkipped)
     store.gone = {1};
     run_without_questions();
     EXPECT_EQ(work_table(), (QStringList{"ann@example.org", "carl@example.org"}));
+    EXPECT_EQ(noted, QStringList{"1 of the messages had gone before they could be read"});
 }
 
-TEST_F(Retrieval, AFailureOfTheStoreIsNotCaught)
+TEST_F(Retrieval, TellsHowFarItIs)
 {
-    for (const QString operation :
-         {"SignOn", "Fetch", "MsgCount", "set_MsgIndex", "MsgNoteText", "SignOff"}) {
-        store.inbox = {{"ann@example.org", {}, {}, {}, {}}};
-        store.fail_at(operation);
-        settings.write("WarningMessages", "1");
-        prompts.will_answer({false, false});
-        EXPECT_THROW(run.Command2_Click(), RuntimeError) << operation.toStdString();
+    store.inbox = {{"ann@example.org", {}, {}, {}, {}}, {"bob@example.org", {}, {}, {}, {}}};
+    run_without_questions();
+    EXPECT_EQ(told, (QStringList{"Message 1 of 2", "Message 2 of 2", "clear"}));
+    EXPECT_EQ(noted, QStringList{""});
+}
+
+TEST_F(Retrieval, TheBarTakesNoMoreThanItsMaximum)
+{
+    for (int i = 0; i < 150; ++i)
+        store.inbox.append({"ann@example.org", {}, {}, {}, {}});
+    on_operation = [this](const QString &operation) {
+        if (operation == "SignOff") {
+            EXPECT_EQ(ProgressBar1.value(), 100);
+        }
+    };
+    run_without_questions();
+    EXPECT_EQ(work_table().size(), 150);
+}
+
+TEST_F(Retrieval, AFlagThatIsNotExactlyYesIsNoAgreement)
+{
+    settings.write("Filter", "Returned");
+    store.inbox = {{"daemon@isp.example", "Returned", {}, {}, {}}};
+    for (const QString flag : {"Yes", "1", " yes"}) {
+        settings.write("Get ISP", flag);
+        run_without_questions();
+        EXPECT_EQ(settings.read("Get ISP"), flag);
+        EXPECT_EQ(log_file("log.log"), "(none)");
     }
 }
+
+TEST_F(Retrieval, AnAgreementSurvivesAPurgeThatFails)
+{
+    settings.write("WarningMessages", "1");
+    settings.write("Filter", "can't");
+    prompts.will_answer({true, true});
+    EXPECT_THROW(run.Command2_Click(), RuntimeError);
+    EXPECT_EQ(settings.read("Get ISP"), "yes");
+    EXPECT_EQ(settings.read("Get Subject"), "yes");
+}
+
+class FailingStore : public Retrieval, public testing::WithParamInterface<const char *>
+{
+};
+
+TEST_P(FailingStore, IsNotCaughtAndNothingRunsAfterwards)
+{
+    store.inbox = {{"ann@example.org", {}, {}, {}, {}}};
+    store.fail_at(GetParam());
+    settings.write("WarningMessages", "1");
+    settings.write("Filter", "x");
+    prompts.will_answer({true, false});
+    EXPECT_THROW(run.Command2_Click(), RuntimeError);
+    EXPECT_TRUE(journal.last().startsWith(GetParam())) << journal.last().toStdString();
+    EXPECT_EQ(master(), QStringList());
+    EXPECT_EQ(log_file("log.log"), "(none)");
+}
+
+INSTANTIATE_TEST_SUITE_P(Operations, FailingStore,
+                         testing::Values("SignOn", "SessionID", "set_SessionID", "Fetch",
+                                         "MsgCount", "set_MsgIndex", "MsgOrigAddress", "MsgSubject",
+                                         "MsgDateReceived", "MsgOrigDisplayName", "MsgNoteText",
+                                         "SignOff"));
 
 class ScheduledRun : public Retrieval
 {
@@ -363,6 +418,31 @@ TEST_F(ScheduledRun, AFieldThatCannotBeReadStaysEmpty)
     run.runSchedule_Click();
     EXPECT_EQ(column("system", "subject"), (QStringList{"", ""}));
     EXPECT_EQ(column("system", "name"), (QStringList{"Daemon", "Ann"}));
+}
+
+TEST_F(ScheduledRun, AFailedBindingIsNotIgnored)
+{
+    store.fail_at("set_SessionID");
+    EXPECT_THROW(run.runSchedule_Click(), RuntimeError);
+}
+
+TEST_F(ScheduledRun, AMessageThatCannotBeMadeCurrentLeavesTheOneBefore)
+{
+    on_operation = [](const QString &operation) {
+        if (operation == "set_MsgIndex(1)")
+            throw RuntimeError(error_number::mail_failure, "The store says no");
+    };
+    run.runSchedule_Click();
+    EXPECT_EQ(work_table(), (QStringList{"daemon@isp.example", "daemon@isp.example"}));
+}
+
+TEST_F(ScheduledRun, AViewThatTakesNoRowsStoresNothingAndTheRestRuns)
+{
+    Data1.set_record_source("select distinct email from system");
+    Data1.refresh();
+    run.runSchedule_Click();
+    EXPECT_EQ(work_table(), QStringList());
+    EXPECT_EQ(journal.last(), "tab 0");
 }
 
 TEST_F(ScheduledRun, AFailedSignOffIsSkipped)

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <new>
+#include <stdexcept>
 
 namespace
 {
@@ -21,9 +23,16 @@ TEST(EventHandlers, AFailureIsReportedAndEndsTheProgram)
     const auto fail = [] {
         BoxRobot robot;
         QtPrompts prompts;
-        EventHandlers handlers(prompts, [] { std::fputs("databases closed\n", stderr); });
         QPushButton button;
+        QPushButton other;
+        // The box has been met by now: what the robot found wrong with it shows in the exit code.
+        EventHandlers handlers(prompts, [] {
+            std::fputs(testing::Test::HasFailure() ? "a wrong box\n" : "databases closed\n",
+                       stderr);
+        });
         handlers.on_click(&button, [] { throw RuntimeError(53, "File not found: 'x'"); });
+        handlers.on_click(&other, [] { std::fputs("went on\n", stderr); });
+        robot.before_next_answer([&] { other.click(); });
         robot.expect_run_time_error("Run-time error '53':\n\nFile not found: 'x'");
         button.click();
         std::fputs("went on\n", stderr);
@@ -31,6 +40,22 @@ TEST(EventHandlers, AFailureIsReportedAndEndsTheProgram)
     EXPECT_EXIT(fail(), testing::ExitedWithCode(1),
                 AllOf(HasSubstr("Run-time error '53':\n\nFile not found: 'x'\n"),
                       HasSubstr("databases closed\n"), Not(HasSubstr("went on"))));
+}
+
+TEST(EventHandlers, WhatIsNoRunTimeErrorEndsTheProgramTheSameWay)
+{
+    const auto fail_with = [](const EventHandlers::Handler &handler) {
+        BoxRobot robot;
+        QtPrompts prompts;
+        EventHandlers handlers(prompts, [] { std::fputs("databases closed\n", stderr); });
+        robot.expect_any_notice();
+        handlers.run(handler);
+    };
+    EXPECT_EXIT(fail_with([] { throw std::bad_alloc(); }), testing::ExitedWithCode(1),
+                AllOf(HasSubstr("Run-time error '7':"), HasSubstr("databases closed\n")));
+    EXPECT_EXIT(fail_with([] { throw std::out_of_range("no such place"); }),
+                testing::ExitedWithCode(1),
+                AllOf(HasSubstr("no such place"), HasSubstr("databases closed\n")));
 }
 
 TEST(EventHandlers, KnowWhatIsBoundAndWhetherAHandlerRuns)

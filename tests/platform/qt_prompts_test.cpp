@@ -1,7 +1,9 @@
 #include "platform/qt_prompts.h"
+#include "platform/runtime_error.h"
 #include "tests/support/box_robot.h"
 #include "tests/support/private_home.h"
 
+#include <QApplication>
 #include <QFile>
 #include <gtest/gtest.h>
 
@@ -13,6 +15,30 @@ TEST(QtPrompts, ShowsMarkupAsText)
     QtPrompts prompts;
     robot.expect_notice("<b>not bold</b>", NoticeIcon::Information);
     prompts.notice("<b>not bold</b>", NoticeIcon::Information);
+}
+
+TEST(QtPrompts, ARunTimeErrorIsACriticalBoxWithOK)
+{
+    BoxRobot robot;
+    QtPrompts prompts;
+    robot.expect_run_time_error("Run-time error '6':\n\nOverflow");
+    prompts.run_time_error(RuntimeError(6, "Overflow").report());
+}
+
+TEST(QtPrompts, NoBoxOpensOverAWindowThatComesAndGoes)
+{
+    BoxRobot robot;
+    QWidget main_window;
+    QWidget passing(&main_window, Qt::Dialog | Qt::WindowDoesNotAcceptFocus);
+    QtPrompts prompts;
+    prompts.set_parent(&main_window);
+    main_window.show();
+    passing.show();
+    passing.activateWindow();
+    robot.before_next_answer(
+        [&] { EXPECT_EQ(QApplication::activeModalWidget()->parentWidget(), &main_window); });
+    robot.expect_notice("still here");
+    prompts.notice("still here", NoticeIcon::None);
 }
 
 TEST(QtPrompts, HandsOverTheAnswer)
@@ -38,7 +64,7 @@ TEST(QtPrompts, FileDialogsKeepTheLabelAndHandOverTheFullPath)
     QtPrompts prompts;
     robot.expect_open_file(home.file("list.txt"), "Text files (*.TXT)");
     EXPECT_EQ(prompts.open_file({"Text files (*.TXT)|*.TXT", home.path()}), home.file("list.txt"));
-    robot.expect_open_file("", "All files (*)");
+    robot.expect_open_file("", "All files (*.*)");
     EXPECT_EQ(prompts.open_file({"All files (*.*)|*.*", {}}), "");
     robot.expect_save_file(home.file("new"));
     EXPECT_EQ(prompts.save_file({{}, home.path()}), home.file("new"));

@@ -21,6 +21,15 @@ TEST(TextBox, AppendsAtTheEnd)
     EXPECT_EQ(box.text(), "\r\nann@example.org\r\nbob@example.org");
 }
 
+TEST(TextBox, NoTextGainsALine)
+{
+    const QString hidden = QString::fromUtf16(u"a\u2029b\uFDD0c\uFDD1d");
+    TextBox box;
+    box.set_text(hidden);
+    box.append_text(hidden);
+    EXPECT_EQ(box.text(), "a b c da b c d");
+}
+
 TEST(TextBox, KeepsEveryOtherCharacter)
 {
     const QString odd =
