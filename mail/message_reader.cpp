@@ -19,8 +19,8 @@
 
 namespace
 {
-constexpr qsizetype longest_field = 64 * 1024;
-constexpr qsizetype longest_text = 1024 * 1024;
+constexpr qsizetype longest_field = qsizetype(64) * 1024;
+constexpr qsizetype longest_text = qsizetype(1024) * 1024;
 // Of the text, the part that recipients may take: a long notice must not crowd them out.
 constexpr qsizetype longest_recipients = longest_text / 2;
 
@@ -99,10 +99,10 @@ QByteArrayView content_for_parser(QByteArray &message, const Header &header)
 
 Mailbox sender_of(const Header &header)
 {
-    const Mailbox from = first_mailbox(header.from);
+    Mailbox from = first_mailbox(header.from);
     if (!from.address.isEmpty())
         return from;
-    const Mailbox sender = first_mailbox(header.sender);
+    Mailbox sender = first_mailbox(header.sender);
     return sender.address.isEmpty() ? from : sender;
 }
 

@@ -130,7 +130,7 @@ QByteArray decode_base64(QByteArrayView encoded)
     char *out = decoded.data();
     Quantum quantum;
     for (const char c : encoded) {
-        const int value = base64_values[static_cast<unsigned char>(c)];
+        const std::int8_t value = base64_values[static_cast<unsigned char>(c)];
         if (value != not_in_alphabet)
             quantum.add(value, out);
         else if (c == '=')
