@@ -2,6 +2,7 @@
 
 class QLineEdit;
 class QProgressBar;
+class QTableView;
 class TextBox;
 
 /// The controls that several subsystems read and write, each under its own name. They lie on the
@@ -14,6 +15,7 @@ struct SharedControls
     QLineEdit &Text16; // "View Master Table": name to search for
     QLineEdit &Text23; // "View Master Table": address to search for
 
+    QLineEdit &Text17; // "Set Properties /  Log": path of the log file
     QLineEdit &Text25; // "Set Properties /  Log": database location
     TextBox &Text27;   // "Set Properties /  Log": the log box
     QLineEdit &Text29; // "Set Properties /  Log": third returned-mail heading; group name
@@ -30,4 +32,7 @@ struct SharedControls
     QProgressBar &ProgressBar1; // "New Email (System Table)"
     QProgressBar &ProgressBar2; // "Create Group"
     QProgressBar &ProgressBar3; // "Send Mail"
+
+    QTableView &MSFlexGrid1; // "New Email (System Table)": the work table
+    QTableView &MSFlexGrid5; // "View Master Table": the master list
 };

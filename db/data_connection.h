@@ -1,5 +1,7 @@
 #pragma once
 
+#include "db/database_file.h"
+#include "db/read_connection.h"
 #include "db/record_set.h"
 #include "db/statement.h"
 
@@ -7,12 +9,10 @@
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <memory>
 #include <span>
 
 class DatabaseEngine;
-class DatabaseFile;
 
 /// A column that rows are deleted by.
 struct TableColumn
@@ -22,7 +22,7 @@ struct TableColumn
 };
 
 /// A data control: a database file, a record source, and the record set of its last refresh.
-class DataConnection : public QObject
+class DataConnection : public QObject, private FileReader
 {
     Q_OBJECT
 
@@ -48,15 +48,17 @@ public:
 
     /// Runs an action statement (delete, insert, update) on the open database. Its effect is in the
     /// file when it returns.
+    /// @return how many rows it deleted, inserted or updated.
     /// @throws RuntimeError 91 when no database is open; 3075, 3061, 3078, 93 (the statement), 3027
     /// (the file cannot be written).
-    void execute(const Statement &statement);
+    std::int64_t execute(const Statement &statement);
 
     /// Has exactly the effect of executing, for each of `values` in order and each of `targets` in
     /// order,
     ///     delete * from TABLE where COLUMN like '*VALUE*'
     /// but looks at each row once. Values must be free of wildcards and single quotes.
-    /// @throws RuntimeError as execute(); nothing is deleted then.
+    /// @throws RuntimeError as execute(), and 5 for a value with a wildcard; nothing is deleted
+    /// then.
     void delete_containing(std::span<const TableColumn> targets, const QStringList &values);
 
     /// @throws RuntimeError 91 before the first successful refresh().
@@ -68,5 +70,20 @@ Q_SIGNALS:
     void rows_changed();
 
 private:
-    // …
+    void before_write() override;
+    void before_change(const QString &table) override;
+    void before_close() override;
+
+    void open_anew();
+    void use(std::shared_ptr<DatabaseFile> file);
+    DatabaseFile &open_file() const;
+
+    DatabaseEngine &engine_;
+    QString database_name_;
+    QString open_name_; // the name that the open file was opened by
+    Statement source_;
+    QString shown_source_; // the text of the record source that the record set shows
+    std::shared_ptr<DatabaseFile> file_;
+    std::shared_ptr<ReadConnection> reader_;
+    RecordSet record_set_;
 };

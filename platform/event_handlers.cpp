@@ -1,5 +1,7 @@
 #include "platform/event_handlers.h"
 
+#include <QScopeGuard>
+
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -10,18 +12,20 @@ EventHandlers::EventHandlers(Prompts &prompts, Handler close_databases)
 {
 }
 
-void EventHandlers::on_click(QAbstractButton *button, Handler handler) const
+void EventHandlers::on_click(QAbstractButton *button, Handler handler)
 {
     on(button, &QAbstractButton::clicked, std::move(handler));
 }
 
-void EventHandlers::on_triggered(QAction *action, Handler handler) const
+void EventHandlers::on_triggered(QAction *action, Handler handler)
 {
     on(action, &QAction::triggered, std::move(handler));
 }
 
-void EventHandlers::run(const Handler &handler) const
+void EventHandlers::run(const Handler &handler)
 {
+    ++running_;
+    const auto done = qScopeGuard([this] { --running_; });
     try {
         handler();
     } catch (const RuntimeError &error) {

@@ -21,7 +21,7 @@ TEST(EventHandlers, AFailureIsReportedAndEndsTheProgram)
     const auto fail = [] {
         BoxRobot robot;
         QtPrompts prompts;
-        const EventHandlers handlers(prompts, [] { std::fputs("databases closed\n", stderr); });
+        EventHandlers handlers(prompts, [] { std::fputs("databases closed\n", stderr); });
         QPushButton button;
         handlers.on_click(&button, [] { throw RuntimeError(53, "File not found: 'x'"); });
         robot.expect_run_time_error("Run-time error '53':\n\nFile not found: 'x'");
@@ -33,12 +33,30 @@ TEST(EventHandlers, AFailureIsReportedAndEndsTheProgram)
                       HasSubstr("databases closed\n"), Not(HasSubstr("went on"))));
 }
 
+TEST(EventHandlers, KnowWhatIsBoundAndWhetherAHandlerRuns)
+{
+    QtPrompts prompts;
+    EventHandlers handlers(prompts, [] {});
+    QPushButton outer;
+    QPushButton inner;
+    QList<bool> running;
+    handlers.on_click(&inner, [&] { running.append(handlers.is_running()); });
+    handlers.on_click(&outer, [&] {
+        inner.click();
+        running.append(handlers.is_running()); // the outer one still does
+    });
+    outer.click();
+    EXPECT_EQ(running, (QList<bool>{true, true}));
+    EXPECT_FALSE(handlers.is_running());
+    EXPECT_EQ(handlers.bound(), (QList<const QObject *>{&inner, &outer}));
+}
+
 TEST(EventHandlers, NoStepOfAnOuterCommandRunsAfterAFailureInsideItsTurnOfTheEventLoop)
 {
     const auto fail = [] {
         BoxRobot robot;
         QtPrompts prompts;
-        const EventHandlers handlers(prompts, [] {});
+        EventHandlers handlers(prompts, [] {});
         QPushButton outer;
         QPushButton inner;
         handlers.on_click(&outer, [&] {

@@ -26,6 +26,8 @@ public:
     ~BoxRobot() override;
 
     void expect_notice(const QString &text, NoticeIcon icon = NoticeIcon::None);
+    /// A notice whose text the test looks up in shown().
+    void expect_any_notice(NoticeIcon icon = NoticeIcon::None);
     void expect_yes_no(const QString &text, bool yes);
     void expect_ok_cancel(const QString &text, bool ok);
     void expect_run_time_error(const QString &report);

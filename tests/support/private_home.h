@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/print_qt.h"
+
 #include <QString>
 #include <QTemporaryDir>
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/date_time_text.h"
+
+class MailStore;
+class Prompts;
+class SettingsStore;
+
+/// What the window stands on but does not own; tests put doubles in. All must outlive the window.
+struct Services
+{
+    SettingsStore &settings;
+    Prompts &prompts;
+    MailStore &mail;
+    Clock clock;
+};

@@ -1,0 +1,260 @@
+"""What is measured beside what: the contests, their contestants and the targets."""
+
+import os
+import shutil
+import sqlite3
+import subprocess
+from dataclasses import dataclass
+from pathlib import Path
+from typing import Callable
+
+from harness.jobs import OUTPUT, Failed, Job, product_database, product_home
+
+PRODUCT = "ostrix"
+GET_EMAILS, READ_LOG = "Command2", "Command10"  # the buttons' names
+
+
+@dataclass
+class Contestant:
+    """One way to do the work."""
+
+    name: str
+    program: str  # what must be there: a path, or a command of the system
+    prepare: Callable[[Path], Job]
+    # What the run left behind; every contestant of a contest must leave the same.
+    outcome: Callable[[Path], object]
+    slow: bool = False
+
+    def is_there(self) -> bool:
+        return shutil.which(self.program) is not None
+
+
+@dataclass
+class Target:
+    """The product's median, at most `limit` times that of another contestant."""
+
+    against: str
+    limit: float
+
+
+@dataclass
+class Contest:
+    name: str
+    title: str
+    contestants: list
+    truth: str  # the contestant whose outcome is right
+    targets: list
+    files: list  # read once before, so that every contestant finds them in memory
+    warm_up: bool = False  # one more run each, first, that does not count
+
+
+class Programs:
+    """Where the built programs and the inputs lie."""
+
+    def __init__(self, build: Path, inputs: Path, facts: dict):
+        self.build, self.inputs, self.facts = build, inputs, facts
+
+    def bench(self, name: str) -> str:
+        return str(self.build / "bench" / f"bench_{name}")
+
+
+def sql(database: Path, query: str) -> list:
+    connection = sqlite3.connect(database)
+    try:
+        return connection.execute(query).fetchall()
+    finally:
+        connection.close()
+
+
+# Retrieval ---------------------------------------------------------------------------------------
+
+def retrieval(programs: Programs, kind: str, count: int) -> Contest:
+    inbox = programs.inputs / f"{kind}-{count}"
+    contestants = [product_retrieval(programs, inbox), gmime_loop(programs, inbox)]
+    if kind == "maildir":
+        contestants += [mu(inbox, count), notmuch(inbox, count)]
+    return Contest(f"retrieval-{kind}-{count}", f"retrieval, {kind}, {count:,} messages",
+                   contestants, "GMime loop", [Target("GMime loop", 1.6)], [inbox])
+
+
+def product_retrieval(programs: Programs, inbox: Path) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        env = product_home(folder, programs.inputs / "empty.mdb", mail=inbox)
+        return Job([programs.bench("press"), GET_EMAILS], env)
+
+    def outcome(folder: Path):
+        database = product_database(folder)
+        (work,), (master,) = sql(database, "select count(*) from system union all"
+                                           " select count(*) from master")
+        if work != master:
+            raise Failed(f"{work} rows in the work table, {master} in the master list")
+        return work
+
+    return Contestant(PRODUCT, programs.bench("press"), prepare, outcome)
+
+
+def gmime_loop(programs: Programs, inbox: Path) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        shutil.copyfile(programs.inputs / "empty.mdb", folder / "loop.mdb")
+        return Job([programs.bench("gmime_loop"), folder / "loop.mdb", inbox])
+
+    def outcome(folder: Path):
+        return sql(folder / "loop.mdb", "select count(*) from system")[0][0]
+
+    return Contestant("GMime loop", programs.bench("gmime_loop"), prepare, outcome)
+
+
+def mu(inbox: Path, count: int) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        subprocess.run(["mu", "init", "--quiet", f"--muhome={folder}/mu", f"--maildir={inbox}"],
+                       check=True, stdout=subprocess.DEVNULL)
+        return Job(["mu", "index", "--quiet", f"--muhome={folder}/mu"])
+
+    def outcome(folder: Path):
+        found = subprocess.run(["mu", "find", f"--muhome={folder}/mu", "--fields=i", ""],
+                               check=True, capture_output=True)
+        return found.stdout.count(b"\n")
+
+    return Contestant("mu", "mu", prepare, outcome, slow=count >= 50_000)
+
+
+def notmuch(inbox: Path, count: int) -> Contestant:
+    def environment(folder: Path) -> dict:
+        return {"NOTMUCH_CONFIG": str(folder / "notmuch.conf"), "HOME": str(folder)}
+
+    def prepare(folder: Path) -> Job:
+        (folder / "index").mkdir()
+        (folder / "notmuch.conf").write_text(
+            f"[database]\npath={folder}/index\nmail_root={inbox}\n"
+            "[user]\nname=Bench\nprimary_email=bench@example.org\n"
+            "[maildir]\nsynchronize_flags=false\n")
+        return Job(["notmuch", "new", "--quiet"], environment(folder))
+
+    def outcome(folder: Path):
+        counted = subprocess.run(["notmuch", "count", "*"], check=True, capture_output=True,
+                                 env={**os.environ, **environment(folder)})
+        return int(counted.stdout)
+
+    return Contestant("notmuch", "notmuch", prepare, outcome, slow=count >= 50_000)
+
+
+# Replay ------------------------------------------------------------------------------------------
+
+LEFT_OVER = ("select count(*), total(rowid) from system union all"
+             " select count(*), total(rowid) from master")
+
+
+def replay(programs: Programs) -> Contest:
+    rows = (sql(programs.inputs / "replay.mdb", f"select count(*) from {table}")[0][0]
+            for table in ("master", "system"))
+    title = "replay, {:,} lines, {:,} master and {:,} work rows".format(log_lines(programs), *rows)
+    return Contest("replay", title,
+                   [product_replay(programs), one_pass(programs), shell_replay(programs)],
+                   "sqlite3 shell", [Target("sqlite3 shell", 1 / 50), Target("one pass", 5)], [])
+
+
+def log_lines(programs: Programs) -> int:
+    return (programs.inputs / "system.log").read_bytes().count(b"\n")
+
+
+def product_replay(programs: Programs) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        env = product_home(folder, programs.inputs / "replay.mdb",
+                           batch_log=programs.inputs / "system.log")
+        return Job([programs.bench("press"), READ_LOG], env)
+
+    return Contestant(PRODUCT, programs.bench("press"), prepare,
+                      lambda folder: sql(product_database(folder), LEFT_OVER))
+
+
+def one_pass(programs: Programs) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        shutil.copyfile(programs.inputs / "replay.mdb", folder / "r.mdb")
+        return Job([programs.bench("one_pass"), folder / "r.mdb", programs.inputs / "system.log"])
+
+    return Contestant("one pass", programs.bench("one_pass"), prepare,
+                      lambda folder: sql(folder / "r.mdb", LEFT_OVER))
+
+
+def shell_replay(programs: Programs) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        shutil.copyfile(programs.inputs / "replay.mdb", folder / "r.mdb")
+        return Job(["sqlite3", "-bail", folder / "r.mdb"], stdin=programs.inputs / "replay.sql")
+
+    return Contestant("sqlite3 shell", "sqlite3", prepare,
+                      lambda folder: sql(folder / "r.mdb", LEFT_OVER), slow=True)
+
+
+# Lists -------------------------------------------------------------------------------------------
+
+SEARCH = "select email, name from master where email like '%{}%';"
+QUERIES = {
+    "search-few": ("search, few hits", SEARCH),
+    "search-many": ("search, many hits", SEARCH),
+    "count": ("count", "select count(*) from master;"),
+    "distinct": ("distinct addresses", "select email from master group by email collate nocase;"),
+}
+
+
+def lists(programs: Programs, query: str) -> Contest:
+    title, statement = QUERIES[query]
+    needle = programs.facts["needle"] if query == "search-few" else "weber"
+    return Contest(f"lists-{query}", f"{title}, {programs.facts['rows']:,} rows",
+                   [product_list(programs, query, needle),
+                    shell_list(programs, query, statement.format(needle))],
+                   "sqlite3 shell", [Target("sqlite3 shell", 1.5)], [], warm_up=True)
+
+
+def number_of_rows(folder: Path, query: str) -> int:
+    """The count that was shown, or how many rows were listed."""
+    shown = (folder / OUTPUT).read_text()
+    return int(shown) if query == "count" else shown.count("\n")
+
+
+def product_list(programs: Programs, query: str, needle: str) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        env = product_home(folder, programs.inputs / "lists.mdb")
+        report = folder / "own.json"
+        return Job([programs.bench("lists"), report, query, needle], env, own_report=report)
+
+    return Contestant(PRODUCT, programs.bench("lists"), prepare,
+                      lambda folder: int((folder / OUTPUT).read_text()))
+
+
+def shell_list(programs: Programs, query: str, statement: str) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        shutil.copyfile(programs.inputs / "lists.mdb", folder / "l.mdb")
+        return Job(["sqlite3", "-bail", folder / "l.mdb", statement])
+
+    return Contestant("sqlite3 shell", "sqlite3", prepare,
+                      lambda folder: number_of_rows(folder, query))
+
+
+# Start-up ----------------------------------------------------------------------------------------
+
+def start_up(programs: Programs) -> Contest:
+    title = f"start-up to the painted window, {programs.facts['rows']:,} rows"
+    return Contest("start-up", title,
+                   [window(programs, PRODUCT, str(programs.build / "ostrix")),
+                    window(programs, "empty window", programs.bench("empty_window"))],
+                   "empty window", [Target("empty window", 4)], [], warm_up=True)
+
+
+def window(programs: Programs, name: str, program: str) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        env = product_home(folder, programs.inputs / "lists.mdb")
+        env["QT_QPA_PLATFORM"] = "xcb"
+        report = folder / "own.json"
+        return Job([programs.bench("first_paint"), report, program], env, own_report=report)
+
+    return Contestant(name, program, prepare, lambda folder: "painted")
+
+
+def all_contests(programs: Programs, quick: bool) -> list:
+    counts = programs.facts["messages"][:1] if quick else programs.facts["messages"]
+    contests = [retrieval(programs, kind, count)
+                for count in counts for kind in ("maildir", "mbox")]
+    contests.append(replay(programs))
+    contests += [lists(programs, query) for query in QUERIES]
+    contests.append(start_up(programs))
+    return contests

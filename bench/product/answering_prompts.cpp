@@ -1,0 +1,39 @@
+#include "bench/product/answering_prompts.h"
+
+#include <iostream>
+
+void AnsweringPrompts::notice(const QString &text, NoticeIcon)
+{
+    told_ = true;
+    std::cerr << text.toStdString() << '\n';
+}
+
+bool AnsweringPrompts::yes_no(const QString &)
+{
+    return true;
+}
+
+bool AnsweringPrompts::ok_cancel(const QString &question)
+{
+    return !question.startsWith(QLatin1String("Do you want delete "));
+}
+
+QString AnsweringPrompts::open_file(const FileChoice &)
+{
+    return {};
+}
+
+QString AnsweringPrompts::save_file(const FileChoice &)
+{
+    return {};
+}
+
+QString AnsweringPrompts::input(const QString &)
+{
+    return {};
+}
+
+void AnsweringPrompts::run_time_error(const QString &report)
+{
+    std::cerr << report.toStdString() << '\n';
+}

@@ -1,0 +1,35 @@
+#include "bench/product/program.h"
+
+#include <QAbstractButton>
+#include <QDateTime>
+
+#include <stdexcept>
+#include <string>
+
+Program::Style::Style()
+{
+    QApplication::setStyle(QStringLiteral("Fusion"));
+}
+
+Program::Program(int &argc, char **argv)
+    : application_(argc, argv),
+      window_({settings_, prompts_, mail_, &QDateTime::currentDateTime})
+{
+    QApplication::setApplicationName(QStringLiteral("Ostrix"));
+    window_.open();
+    QApplication::processEvents();
+}
+
+void Program::click(const char *name)
+{
+    auto *button = window_.findChild<QAbstractButton *>(QLatin1String(name));
+    if (button == nullptr || !button->isEnabled())
+        throw std::runtime_error(std::string("Cannot press ") + name);
+    button->click();
+    QApplication::processEvents();
+}
+
+int Program::close()
+{
+    return window_.close() && !prompts_.was_told_something() ? 0 : 1;
+}

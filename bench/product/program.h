@@ -1,0 +1,39 @@
+#pragma once
+
+#include "app/main_window.h"
+#include "app/settings_store.h"
+#include "bench/product/answering_prompts.h"
+#include "mail/local_mail_store.h"
+
+#include <QApplication>
+
+/// The program as its user has it before the first click: the real window on the home that HOME and
+/// the XDG folders name, painted, with a person who answers every box at once.
+class Program
+{
+public:
+    Program(int &argc, char **argv);
+
+    MainWindow &window() { return window_; }
+
+    /// Presses the button with this name; returns when the command has ended and all is painted.
+    /// @throws std::runtime_error when there is no such button or it is disabled.
+    void click(const char *name);
+
+    /// Closes the window as a person does. @return the process's exit code: 1 after any notice.
+    int close();
+
+private:
+    /// The style is chosen before there is an application, as in the program.
+    struct Style
+    {
+        Style();
+    };
+
+    Style style_;
+    QApplication application_;
+    SettingsStore settings_;
+    AnsweringPrompts prompts_;
+    LocalMailStore mail_;
+    MainWindow window_;
+};

@@ -1,0 +1,25 @@
+# shellcheck shell=bash disable=SC2034
+# The Debian packages that the commands need, named here and nowhere else.
+
+# To build Ostrix and to see it: without a font Qt shows no text; xdg-utils opens the help.
+build_packages=(
+    g++ cmake ninja-build pkgconf
+    qt6-base-dev libsqlite3-dev libsqlitecpp-dev libgmime-3.0-dev
+    fonts-dejavu-core xdg-utils
+)
+
+# A desktop that offers Wayland alone.
+wayland_packages=(qt6-wayland)
+
+# The sample holds Chinese and Japanese messages.
+sample_packages=(fonts-droid-fallback)
+
+# A display for a machine that has none.
+headless_packages=(xvfb)
+
+test_packages=(libgtest-dev libgmock-dev)
+
+# What the benchmarks measure with and beside.
+bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)
+
+ci_packages=(git clang-format clang-tidy shellcheck)

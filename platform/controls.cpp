@@ -1,0 +1,27 @@
+#include "platform/controls.h"
+
+#include <QPalette>
+#include <QPushButton>
+
+void disable(std::initializer_list<QWidget *> controls)
+{
+    for (QWidget *control : controls)
+        control->setEnabled(false);
+}
+
+void make_primary(QPushButton &button)
+{
+    QPalette colours = button.palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        // Darker: the style paints a button lighter than its colour, and the caption must be read.
+        const QColor accent = colours.color(group, QPalette::Highlight).darker(150);
+        colours.setColor(group, QPalette::Button, accent);
+        colours.setColor(group, QPalette::ButtonText,
+                         colours.color(group, QPalette::HighlightedText));
+    }
+    button.setPalette(colours);
+    QFont font = button.font();
+    font.setBold(true);
+    button.setFont(font);
+    button.setMinimumWidth(button.sizeHint().width() + 24);
+}

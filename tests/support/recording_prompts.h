@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/prompts.h"
+
+#include <QStringList>
+
+#include <deque>
+
+/// Prompts that write each box's kind and exact text into a journal that other doubles share, and
+/// answer from a queue. A question without an answer fails the test and counts as Cancel; so does
+/// an answer left over.
+class RecordingPrompts : public Prompts
+{
+public:
+    explicit RecordingPrompts(QStringList &journal) : journal_(journal) {}
+    ~RecordingPrompts() override;
+
+    /// The answers to the next questions, in order.
+    void will_answer(std::initializer_list<bool> answers);
+    void will_answer(const QString &typed_or_chosen) { texts_.push_back(typed_or_chosen); }
+
+    void notice(const QString &text, NoticeIcon icon) override;
+    bool yes_no(const QString &question) override;
+    bool ok_cancel(const QString &question) override;
+    QString open_file(const FileChoice &choice) override;
+    QString save_file(const FileChoice &choice) override;
+    QString input(const QString &question) override;
+    void run_time_error(const QString &report) override;
+
+private:
+    bool next_answer(const QString &question);
+    QString next_text(const QString &question);
+
+    QStringList &journal_;
+    std::deque<bool> answers_;
+    std::deque<QString> texts_;
+};
