@@ -1,5 +1,7 @@
 #include "mail/transfer_decoding.h"
 
+#include "mail/blank.h"
+
 #include <array>
 #include <cstdint>
 
@@ -63,11 +65,6 @@ int escaped_byte(QByteArrayView text, qsizetype at)
     const int high = hex_value(text[at + 1]);
     const int low = hex_value(text[at + 2]);
     return high < 0 || low < 0 ? not_in_alphabet : high << 4 | low;
-}
-
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t';
 }
 
 bool ends_line(QByteArrayView text, qsizetype at)
