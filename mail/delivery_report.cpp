@@ -10,6 +10,9 @@
 
 namespace
 {
+constexpr qsizetype longest_list = qsizetype(512) * 1024;
+constexpr qsizetype line_end = 2;
+
 // "failed (Bad destination mailbox address)" is "failed"; a comment may follow any value. Some
 // servers write "failure".
 bool is_failure(QByteArrayView action)
@@ -75,11 +78,21 @@ void FailedRecipients::add_list(QByteArrayView value)
 
 void FailedRecipients::add(QByteArrayView address)
 {
+    if (is_full_) {
+        bytes_left_out_ += address.trimmed().size();
+        return;
+    }
     QString text = as_one_line(decode_charset(address, {}));
     if (text.startsWith(u'<') && text.endsWith(u'>'))
         text = text.sliced(1, text.size() - 2).trimmed();
     if (text.isEmpty() || known_.contains(text))
         return;
+    is_full_ = size_ + text.size() + line_end > longest_list;
+    if (is_full_) {
+        bytes_left_out_ += address.trimmed().size();
+        return;
+    }
+    size_ += text.size() + line_end;
     known_.insert(text);
     addresses_.append(text);
 }

@@ -17,7 +17,11 @@ public:
     /// Takes an X-Failed-Recipients value: addresses separated by commas.
     void add_list(QByteArrayView value);
 
+    /// At most 512 Ki characters, each address with a line end, so that a long list cannot take the
+    /// whole text. The first that would be too much ends the list.
     const QStringList &addresses() const { return addresses_; }
+    /// How many bytes of addresses came once the list had ended.
+    qint64 bytes_left_out() const { return bytes_left_out_; }
 
 private:
     void add_recipient(QByteArrayView block);
@@ -26,4 +30,7 @@ private:
 
     QStringList addresses_;
     QSet<QString> known_;
+    qsizetype size_ = 0;
+    bool is_full_ = false;
+    qint64 bytes_left_out_ = 0;
 };

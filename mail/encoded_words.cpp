@@ -1,5 +1,6 @@
 #include "mail/encoded_words.h"
 
+#include "mail/blank.h"
 #include "mail/charset.h"
 #include "mail/transfer_decoding.h"
 
@@ -18,11 +19,6 @@ struct EncodedWord
     qsizetype length = 0;
     bool has_end = false;
 };
-
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t';
-}
 
 bool is_charset_character(char c)
 {

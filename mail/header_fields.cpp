@@ -1,14 +1,11 @@
 #include "mail/header_fields.h"
 
+#include "mail/blank.h"
+
 #include <algorithm>
 
 namespace
 {
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t';
-}
-
 QByteArrayView without_blanks_behind(QByteArrayView text)
 {
     while (!text.isEmpty() && is_blank(text.back()))

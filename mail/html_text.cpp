@@ -149,9 +149,11 @@ QStringView href_of(QStringView attributes)
     return {};
 }
 
-// The address of a mailto: link (RFC 6068); empty for other links.
+// The address of a mailto: link (RFC 6068); empty for other links and for what is longer than any
+// address, which would also be sought in the link's text for minutes.
 QString mailto_address(QStringView attributes)
 {
+    constexpr qsizetype longest = 1'000;
     const QString target = decode_entities(href_of(attributes)).trimmed();
     const QLatin1String scheme("mailto:");
     if (!target.startsWith(scheme, Qt::CaseInsensitive))
@@ -159,6 +161,8 @@ QString mailto_address(QStringView attributes)
     const qsizetype query = target.indexOf(u'?');
     const QString encoded =
         target.sliced(scheme.size(), (query < 0 ? target.size() : query) - scheme.size());
+    if (encoded.size() > longest)
+        return {};
     return QString::fromUtf8(QByteArray::fromPercentEncoding(encoded.toUtf8())).trimmed();
 }
 

@@ -2,18 +2,33 @@
 
 #include "mail/maildir_inbox.h"
 #include "mail/mbox_inbox.h"
+#include "platform/drive_path.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+namespace
+{
+// The file that a path means; empty for one on a drive that does not exist.
+QString place_of(const QString &path)
+{
+    try {
+        return native_path(path);
+    } catch (const RuntimeError &) {
+        return {};
+    }
+}
+} // namespace
+
 InboxKind inbox_kind(const QString &path)
 {
-    const QFileInfo info(path);
-    if (path.isEmpty() || !info.exists())
+    const QString place = place_of(path);
+    const QFileInfo info(place);
+    if (place.isEmpty() || !info.exists())
         return InboxKind::None;
     if (info.isFile())
         return InboxKind::Mbox;
-    const QDir folder(path);
+    const QDir folder(place);
     const bool is_maildir = QFileInfo(folder.filePath(QStringLiteral("cur"))).isDir() ||
                             QFileInfo(folder.filePath(QStringLiteral("new"))).isDir();
     return is_maildir ? InboxKind::Maildir : InboxKind::None;
@@ -44,9 +59,9 @@ std::unique_ptr<Inbox> open_inbox(const QString &path)
 {
     switch (inbox_kind(path)) {
     case InboxKind::Maildir:
-        return std::make_unique<MaildirInbox>(path);
+        return std::make_unique<MaildirInbox>(place_of(path));
     case InboxKind::Mbox:
-        return std::make_unique<MboxInbox>(path);
+        return std::make_unique<MboxInbox>(place_of(path));
     case InboxKind::None:
         break;
     }

@@ -6,6 +6,9 @@
 
 #include <sys/stat.h>
 
+/// More than mail servers let through; of a longer message only the first part is read.
+constexpr qint64 longest_message = qint64(256) * 1024 * 1024;
+
 /// A file or folder of a mailbox, open for reading only and so that its access time stays as it is
 /// where the system allows that (to the file's owner).
 class MailFile

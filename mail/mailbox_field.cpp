@@ -1,5 +1,6 @@
 #include "mail/mailbox_field.h"
 
+#include "mail/blank.h"
 #include "mail/encoded_words.h"
 #include "mail/text_shape.h"
 
@@ -9,11 +10,6 @@
 
 namespace
 {
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t';
-}
-
 // The quoted string at `begin`, its quotes included; 0 when it is not closed.
 qsizetype quoted_length(QByteArrayView value, qsizetype begin)
 {
@@ -258,12 +254,16 @@ private:
     static std::pair<qsizetype, qsizetype> address_word(QByteArrayView text)
     {
         std::pair<qsizetype, qsizetype> found{0, 0};
+        bool quotes_close = true; // as in quotes(): one search for an end that is not there
         for (qsizetype at = 0; at < text.size();) {
             const qsizetype begin = at;
             bool has_at = false;
             while (at < text.size() && !is_blank(text[at])) {
                 has_at = has_at || text[at] == '@';
-                at += text[at] == '"' ? std::max<qsizetype>(1, quoted_length(text, at)) : 1;
+                const bool is_quote = text[at] == '"' && quotes_close;
+                const qsizetype quoted = is_quote ? quoted_length(text, at) : 0;
+                quotes_close = quotes_close && (!is_quote || quoted > 0);
+                at += std::max<qsizetype>(1, quoted);
             }
             if (has_at)
                 found = {begin, at};

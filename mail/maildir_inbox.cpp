@@ -17,9 +17,6 @@
 
 namespace
 {
-// More than mail servers let through; what is longer is read in its first part only.
-constexpr qint64 longest_message = qint64(256) * 1024 * 1024;
-
 struct CloseFolder
 {
     void operator()(DIR *folder) const { closedir(folder); }
@@ -56,6 +53,11 @@ bool is_regular(DIR *folder, const dirent &found)
     struct stat status = {};
     return fstatat(dirfd(folder), found.d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
            S_ISREG(status.st_mode);
+}
+// Whether an opening failed because the file is no longer there; a link in its place is not it.
+bool means_gone(int error)
+{
+    return error == ENOENT || error == ELOOP || error == ENOTDIR;
 }
 } // namespace
 
@@ -145,7 +147,7 @@ MessageFields MaildirInbox::read(int index)
     const auto at = static_cast<std::size_t>(index);
     const QByteArray path = path_of(entries_.at(at));
     const MailFile file = entries_[at].name.isEmpty() ? MailFile() : open_message(at);
-    const bool is_gone = !file.is_open() && file.error() != EACCES && file.error() != EPERM;
+    const bool is_gone = entries_[at].name.isEmpty() || means_gone(file.error());
     if (is_gone || (file.is_open() && !S_ISREG(file.status().st_mode)))
         throw MessageGone(error_number::mail_failure,
                           QStringLiteral("The message is no longer in the inbox: '%1'")

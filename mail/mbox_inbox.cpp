@@ -11,7 +11,6 @@
 
 namespace
 {
-constexpr qint64 longest_message = qint64(256) * 1024 * 1024;
 constexpr int most_tries = 3;
 
 // A shared lock on the file's whole length for as long as it lives; without one when another
@@ -44,18 +43,31 @@ Identity identity_of(const MboxMessage &message)
     return {message.mark, message.end - message.begin};
 }
 
-// The date in a separator line: "From ann@example.org Mon Jan  2 10:20:30 2006"; invalid when it is
-// in another form. Mail programs write it in local time, a few in universal time.
-QDateTime separator_date(QByteArrayView line)
+QDateTime date_of_words(const QByteArray &month_name, const QByteArray &day_number,
+                        const QByteArray &clock, const QByteArray &year)
 {
     static constexpr QByteArrayView months("JanFebMarAprMayJunJulAugSepOctNovDec");
+    const qsizetype month = month_name.size() == 3 ? months.indexOf(month_name) : -1;
+    if (month < 0 || year.startsWith('+') || year.startsWith('-')) // a zone is no year
+        return {};
+    const QDate day(year.toInt(), static_cast<int>(month / 3 + 1), day_number.toInt());
+    const QTime time = QTime::fromString(QString::fromLatin1(clock), Qt::ISODate);
+    return day.isValid() && time.isValid() ? QDateTime(day, time) : QDateTime();
+}
+
+// The date in a separator line: "From ann@example.org Mon Jan  2 10:20:30 2006", perhaps with a
+// zone before or behind the year; invalid when it is in another form. Mail programs write it in
+// local time, a few in universal time.
+QDateTime separator_date(QByteArrayView line)
+{
     const QList<QByteArray> words = line.toByteArray().simplified().split(' ');
-    for (qsizetype at = words.size() - 1; at >= 4; --at) {
-        const qsizetype month = words[at - 3].size() == 3 ? months.indexOf(words[at - 3]) : -1;
-        const QDate day(words[at].toInt(), static_cast<int>(month / 3 + 1), words[at - 2].toInt());
-        const QTime time = QTime::fromString(QString::fromLatin1(words[at - 1]), Qt::ISODate);
-        if (month >= 0 && day.isValid() && time.isValid())
-            return {day, time};
+    for (qsizetype year = words.size() - 1; year >= 4; --year) {
+        for (const qsizetype time : {year - 1, year - 2}) {
+            const QDateTime date =
+                date_of_words(words[time - 2], words[time - 1], words[time], words[year]);
+            if (date.isValid())
+                return date;
+        }
     }
     return {};
 }

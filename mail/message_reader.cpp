@@ -1,5 +1,6 @@
 #include "mail/message_reader.h"
 
+#include "mail/blank.h"
 #include "mail/charset.h"
 #include "mail/delivery_report.h"
 #include "mail/encoded_words.h"
@@ -19,10 +20,10 @@
 
 namespace
 {
-constexpr qsizetype longest_field = 64 * 1024;
-constexpr qsizetype longest_text = 1024 * 1024;
-// Of the text, the part that recipients may take: a long notice must not crowd them out.
-constexpr qsizetype longest_recipients = longest_text / 2;
+constexpr qsizetype longest_field = qsizetype(64) * 1024;
+constexpr qsizetype longest_text = qsizetype(1024) * 1024;
+// Far more than the bytes of a field of that length; decoding what is longer takes its time.
+constexpr qsizetype longest_value = 4 * longest_field;
 
 const QString line_end = QStringLiteral("\r\n");
 
@@ -34,6 +35,8 @@ struct Header
     QByteArray subject;
     QByteArray date;
     FailedRecipients failed;
+    qint64 bytes_left_out = 0; // of from, sender and subject
+    bool subject_is_cut = false;
     QByteArray content_fields; // as they stand, and an empty line
     qsizetype body = 0;
 };
@@ -48,6 +51,18 @@ void keep_first(QByteArray &kept, QByteArrayView value)
 {
     if (kept.isEmpty())
         kept = unfolded(value);
+}
+
+// Cuts a value that is too long behind its last blank. @return how many bytes went.
+qsizetype cut(QByteArray &value)
+{
+    const qsizetype size = value.size();
+    if (size > longest_value) {
+        value.truncate(longest_value);
+        const auto last_blank = std::find_if(value.crbegin(), value.crend(), is_blank);
+        value.truncate(value.crend() - last_blank);
+    }
+    return size - value.size();
 }
 
 Header read_header(QByteArrayView message)
@@ -68,6 +83,9 @@ Header read_header(QByteArrayView message)
         else if (is_content_field(fields.name()))
             header.content_fields.append(fields.lines());
     }
+    header.subject_is_cut = header.subject.size() > longest_value;
+    for (QByteArray *value : {&header.from, &header.sender, &header.subject})
+        header.bytes_left_out += cut(*value);
     header.content_fields.append('\n');
     header.body = fields.body();
     return header;
@@ -99,11 +117,19 @@ QByteArrayView content_for_parser(QByteArray &message, const Header &header)
 
 Mailbox sender_of(const Header &header)
 {
-    const Mailbox from = first_mailbox(header.from);
+    Mailbox from = first_mailbox(header.from);
     if (!from.address.isEmpty())
         return from;
-    const Mailbox sender = first_mailbox(header.sender);
+    Mailbox sender = first_mailbox(header.sender);
     return sender.address.isEmpty() ? from : sender;
+}
+
+QString subject_of(const Header &header)
+{
+    QString subject = as_one_line(decode_header_text(header.subject));
+    if (header.subject_is_cut) // a word may have gone on in the next encoded word
+        drop_last_word(subject);
+    return subject;
 }
 
 QString date_of(const Header &header, const QDateTime &arrived)
@@ -119,7 +145,8 @@ class LeftOut
 public:
     void shorten_to(QString &text, qsizetype limit) { characters_ += shorten(text, limit); }
     void add_bytes(qint64 bytes) { bytes_ += bytes; }
-    void add_parts() { has_parts_ = true; }
+    void drop_last_word_of(QString &text) { characters_ += drop_last_word(text); }
+    void add_parts(const QString &which) { parts_ = which; }
 
     void tell(QString &text) const
     {
@@ -128,11 +155,12 @@ public:
             what += counted(characters_, QStringLiteral("characters"));
         if (bytes_ > 0)
             what += counted(bytes_, QStringLiteral("bytes"));
-        if (has_parts_)
-            what += QStringLiteral("some parts");
+        if (!parts_.isEmpty())
+            what += parts_;
         if (!what.isEmpty())
-            text += line_end + QStringLiteral("[%1 of this message are not shown here.]")
-                                   .arg(what.join(QStringLiteral(" and ")));
+            text += (text.isEmpty() ? QString() : line_end) +
+                    QStringLiteral("[%1 of this message are not shown here.]")
+                        .arg(what.join(QStringLiteral(" and ")));
     }
 
 private:
@@ -143,7 +171,7 @@ private:
 
     qint64 characters_ = 0;
     qint64 bytes_ = 0;
-    bool has_parts_ = false;
+    QString parts_;
 };
 
 void append_line(QString &text, const QString &line)
@@ -161,9 +189,10 @@ QString readable_text(const MimeParts &parts)
 
 QString text_of(const MimeParts &parts, const QStringList &recipients, LeftOut &left_out)
 {
-    QString list = recipients.join(line_end);
-    left_out.shorten_to(list, longest_recipients);
+    const QString list = recipients.join(line_end);
     QString text = readable_text(parts);
+    if (parts.bytes_left_out > 0)
+        left_out.drop_last_word_of(text);
     left_out.shorten_to(text, longest_text - list.size());
     text = with_crlf(text);
     left_out.shorten_to(text, longest_text - list.size());
@@ -171,31 +200,47 @@ QString text_of(const MimeParts &parts, const QStringList &recipients, LeftOut &
         append_line(text, list);
     return text;
 }
+// Of a message that was read in part the last line may be half an address.
+qsizetype drop_half_line(RawMessage &message)
+{
+    const qsizetype size = message.bytes.size();
+    if (message.bytes_left_out > 0)
+        message.bytes.truncate(message.bytes.lastIndexOf('\n') + 1);
+    return size - message.bytes.size();
+}
+
+void tell_parts(const MimeParts &parts, const QString &text, LeftOut &left_out)
+{
+    if (parts.has_no_text && text.isEmpty())
+        left_out.add_parts(QStringLiteral("the parts"));
+    else if (parts.has_unread_parts)
+        left_out.add_parts(QStringLiteral("some parts"));
+}
 } // namespace
 
 MessageFields read_message(RawMessage message)
 {
+    LeftOut left_out;
+    left_out.add_bytes(drop_half_line(message));
     QByteArray &bytes = message.bytes;
     bytes.remove(0, envelope_line_length(bytes));
     const qsizetype guarded = guard_for_parser(bytes);
-    LeftOut left_out;
     left_out.add_bytes(message.bytes_left_out + bytes.size() - guarded);
     bytes.truncate(guarded);
 
     Header header = read_header(bytes);
     const MimeParts parts = read_mime_parts(content_for_parser(bytes, header));
-    left_out.add_bytes(parts.bytes_left_out);
-    if (parts.has_unread_parts)
-        left_out.add_parts();
     for (const QByteArray &status : parts.delivery_status)
         header.failed.add_status(status);
+    left_out.add_bytes(header.bytes_left_out + parts.bytes_left_out +
+                       header.failed.bytes_left_out());
 
     const Mailbox sender = sender_of(header);
-    MessageFields fields{sender.address, as_one_line(decode_header_text(header.subject)),
-                         date_of(header, message.arrived), sender.name,
-                         text_of(parts, header.failed.addresses(), left_out)};
+    MessageFields fields{sender.address, subject_of(header), date_of(header, message.arrived),
+                         sender.name, text_of(parts, header.failed.addresses(), left_out)};
     for (QString *field : {&fields.address, &fields.subject, &fields.name})
         left_out.shorten_to(*field, longest_field);
+    tell_parts(parts, fields.text, left_out);
     left_out.tell(fields.text);
     return fields;
 }

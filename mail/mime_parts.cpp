@@ -8,7 +8,9 @@
 #include <QByteArrayView>
 
 #include <algorithm>
+#include <array>
 #include <memory>
+#include <utility>
 
 namespace
 {
@@ -63,6 +65,40 @@ bool is_returned_headers(GMimeObject *part)
     return is_type(part, "text", "rfc822-headers");
 }
 
+// RFC 6522: a report on the delivery of a message.
+bool is_delivery_report(GMimeObject *part)
+{
+    const char *type = g_mime_object_get_content_type_parameter(part, "report-type");
+    return GMIME_IS_MULTIPART(part) && is_type(part, "multipart", "report") && type != nullptr &&
+           g_ascii_strcasecmp(type, "delivery-status") == 0;
+}
+
+// The report in a message that a report encloses; nullptr without one.
+GMimeObject *enclosed_report(GMimeObject *report)
+{
+    if (!is_delivery_report(report))
+        return nullptr;
+    auto *parts = GMIME_MULTIPART(report);
+    for (int i = 0; i < g_mime_multipart_get_count(parts); ++i) {
+        GMimeObject *part = g_mime_multipart_get_part(parts, i);
+        GMimeMessage *message = GMIME_IS_MESSAGE_PART(part)
+                                    ? g_mime_message_part_get_message(GMIME_MESSAGE_PART(part))
+                                    : nullptr;
+        GMimeObject *content = message == nullptr ? nullptr : g_mime_message_get_mime_part(message);
+        if (content != nullptr && is_delivery_report(content))
+            return content;
+    }
+    return nullptr;
+}
+
+bool is_of_known_type(GMimeObject *part)
+{
+    static constexpr std::array types = {"text",        "image",   "audio",     "video", "font",
+                                         "application", "message", "multipart", "model"};
+    return std::ranges::any_of(types,
+                               [part](const char *type) { return is_type(part, type, "*"); });
+}
+
 QByteArray decode_transfer(QByteArrayView content, GMimeContentEncoding encoding)
 {
     switch (encoding) {
@@ -87,12 +123,14 @@ public:
 
     void run(GMimeObject *root)
     {
-        if (GMIME_IS_PART(root) && is_of_unreadable_type())
+        if (GMIME_IS_PART(root) && !is_attachment(root) && is_of_unreadable_type(root))
             choose(root, TextKind::Plain);
         else
             walk(root, 0);
+        read_wrapped_report(root);
         if (best_ != nullptr)
             take_text();
+        parts_.has_no_text = best_ == nullptr && parts_.text.isEmpty() && has_leaf_;
     }
 
 private:
@@ -102,8 +140,28 @@ private:
             parts_.has_unread_parts = true;
         else if (GMIME_IS_MULTIPART(part))
             walk_multipart(GMIME_MULTIPART(part), level);
-        else if (GMIME_IS_PART(part))
+        else
             leaf(part);
+    }
+
+    // Some gateways enclose a report in one of their own that says nothing: a report without status
+    // part is looked through. One with a status part encloses the returned message.
+    void read_wrapped_report(GMimeObject *report)
+    {
+        for (int level = 1; parts_.delivery_status.isEmpty(); ++level) {
+            report = enclosed_report(report);
+            if (report == nullptr)
+                return;
+            GMimeObject *const outer = std::exchange(best_, nullptr);
+            const TextKind outer_kind = std::exchange(best_kind_, TextKind::None);
+            walk(report, level);
+            if (best_ == nullptr) {
+                best_ = outer;
+                best_kind_ = outer_kind;
+            } else if (outer != nullptr) {
+                parts_.has_unread_parts = true;
+            }
+        }
     }
 
     void walk_multipart(GMimeMultipart *multipart, int level)
@@ -111,13 +169,37 @@ private:
         const int count = g_mime_multipart_get_count(multipart);
         for (int i = 0; i < count && seen_ <= most_parts; ++i)
             walk(g_mime_multipart_get_part(multipart, i), level + 1);
-        const char *preamble = g_mime_multipart_get_prologue(multipart);
-        if (count == 0 && preamble != nullptr && best_kind_ == TextKind::None)
-            parts_.text = preamble;
+        if (count == 0 && best_kind_ == TextKind::None)
+            parts_.text = level == 0 ? preamble_with_nul(multipart) : preamble_of(multipart);
+    }
+
+    static QByteArray preamble_of(GMimeMultipart *multipart)
+    {
+        return g_mime_multipart_get_prologue(multipart); // nullptr makes an empty one
+    }
+
+    // The parser's preamble ends at its first NUL. For the outermost multipart the message has all
+    // of it: up to the first boundary.
+    QByteArray preamble_with_nul(GMimeMultipart *multipart) const
+    {
+        HeaderFields fields(message_);
+        while (fields.next()) {
+        }
+        const QByteArrayView body = message_.sliced(fields.end());
+        if (!body.contains('\0'))
+            return preamble_of(multipart);
+        const QByteArray named =
+            g_mime_object_get_content_type_parameter(GMIME_OBJECT(multipart), "boundary");
+        const qsizetype boundary = named.isEmpty() ? -1 : body.indexOf("\n--" + named);
+        const qsizetype end = boundary < 0 ? body.size() : boundary + 1;
+        return body.first(std::min<qint64>(end, longest_content)).toByteArray();
     }
 
     void leaf(GMimeObject *part)
     {
+        has_leaf_ = true;
+        if (!GMIME_IS_PART(part)) // an enclosed message
+            return;
         if (is_delivery_status(part))
             parts_.delivery_status.append(content_of(part));
         else if (!is_attachment(part) && !is_returned_headers(part))
@@ -141,9 +223,12 @@ private:
         best_ = part;
     }
 
-    // "Content-Type: text" and the like, which the parser takes for a file of bytes.
-    bool is_of_unreadable_type() const
+    // "Content-Type: text" and the like, which the parser takes for a file of bytes, or a type that
+    // there is not.
+    bool is_of_unreadable_type(GMimeObject *root) const
     {
+        if (!is_of_known_type(root))
+            return true;
         HeaderFields fields(message_);
         while (fields.next()) {
             if (fields.is("Content-Type"))
@@ -182,6 +267,7 @@ private:
     QByteArrayView message_;
     MimeParts &parts_;
     int seen_ = 0;
+    bool has_leaf_ = false;
     TextKind best_kind_ = TextKind::None;
     GMimeObject *best_ = nullptr; // owned by the tree that is walked
 };

@@ -1,5 +1,7 @@
 #include "mail/parser_guard.h"
 
+#include "mail/blank.h"
+
 #include <QByteArrayView>
 
 #include <algorithm>
@@ -9,11 +11,6 @@ namespace
 {
 constexpr int most_colons = 200;
 constexpr int most_lines = 200'000;
-
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t';
-}
 
 // Whether the line is the first of a field that the parser reads as addresses. Cheap for all
 // others: most lines fail at their first letter.

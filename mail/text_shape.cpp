@@ -13,6 +13,29 @@ bool is_control(char16_t c)
 {
     return c < 0x20 || (c >= 0x7F && c <= 0x9F) || c == 0x2028 || c == 0x2029;
 }
+
+// A text document makes line breaks of the first two; none of them stands for anything in mail.
+bool is_noncharacter(char16_t c)
+{
+    return (c >= 0xFDD0 && c <= 0xFDEF) || c >= 0xFFFE;
+}
+
+bool ends_word(QChar c)
+{
+    return c == u' ' || c == u'\t' || is_line_break(c.unicode());
+}
+
+// Cuts the text where its last word that ends at `at` or before does. @return how many units went.
+qsizetype cut_to_word_end(QString &text, qsizetype at)
+{
+    const qsizetype size = text.size();
+    while (at > 0 && !ends_word(text[at]))
+        --at;
+    while (at > 0 && ends_word(text[at - 1]))
+        --at;
+    text.truncate(std::max<qsizetype>(0, at));
+    return size - text.size();
+}
 } // namespace
 
 QString with_crlf(const QString &text)
@@ -22,13 +45,14 @@ QString with_crlf(const QString &text)
     QString result;
     result.reserve(text.size() + text.size() / 16);
     while (at != end) {
-        const char16_t *line_end = std::find_if(at, end, is_line_break);
-        result.append(reinterpret_cast<const QChar *>(at), line_end - at);
-        if (line_end == end)
+        const char16_t *found = std::find_if(
+            at, end, [](char16_t c) { return is_line_break(c) || is_noncharacter(c); });
+        result.append(reinterpret_cast<const QChar *>(at), found - at);
+        if (found == end)
             break;
-        result.append(QLatin1String("\r\n"));
-        at = line_end + 1;
-        if (*line_end == u'\r' && at != end && *at == u'\n')
+        result.append(QLatin1String(is_line_break(*found) ? "\r\n" : " "));
+        at = found + 1;
+        if (*found == u'\r' && at != end && *at == u'\n')
             ++at;
     }
     return result;
@@ -36,7 +60,9 @@ QString with_crlf(const QString &text)
 
 QString as_one_line(QString text)
 {
-    const auto is_bad = [](QChar c) { return is_control(c.unicode()); };
+    const auto is_bad = [](QChar c) {
+        return is_control(c.unicode()) || is_noncharacter(c.unicode());
+    };
     if (std::ranges::any_of(text, is_bad))
         std::ranges::replace_if(text, is_bad, QChar(u' '));
     return text.trimmed();
@@ -44,11 +70,10 @@ QString as_one_line(QString text)
 
 qsizetype shorten(QString &text, qsizetype limit)
 {
-    const qsizetype size = text.size();
-    if (size <= limit)
-        return 0;
-    if (limit > 0 && text[limit - 1].isHighSurrogate())
-        --limit;
-    text.truncate(limit);
-    return size - limit;
+    return text.size() <= limit ? 0 : cut_to_word_end(text, limit);
+}
+
+qsizetype drop_last_word(QString &text)
+{
+    return cut_to_word_end(text, text.size() - 1);
 }

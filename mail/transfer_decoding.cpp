@@ -1,5 +1,7 @@
 #include "mail/transfer_decoding.h"
 
+#include "mail/blank.h"
+
 #include <array>
 #include <cstdint>
 
@@ -65,11 +67,6 @@ int escaped_byte(QByteArrayView text, qsizetype at)
     return high < 0 || low < 0 ? not_in_alphabet : high << 4 | low;
 }
 
-bool is_blank(char c)
-{
-    return c == ' ' || c == '\t';
-}
-
 bool ends_line(QByteArrayView text, qsizetype at)
 {
     return at == text.size() || text[at] == '\n' ||
@@ -130,7 +127,7 @@ QByteArray decode_base64(QByteArrayView encoded)
     char *out = decoded.data();
     Quantum quantum;
     for (const char c : encoded) {
-        const int value = base64_values[static_cast<unsigned char>(c)];
+        const std::int8_t value = base64_values[static_cast<unsigned char>(c)];
         if (value != not_in_alphabet)
             quantum.add(value, out);
         else if (c == '=')

@@ -100,11 +100,54 @@ TEST(DeliveryNotice, KeepsANoticeInOneTextAsItIs)
               QString::fromLatin1(body).replace("\n", "\r\n"));
 }
 
+TEST(FailedRecipientsHeader, EndsBeforeTheRecipientThatWouldBeTooMuch)
+{
+    QByteArray list;
+    for (int i = 0; i < 60'000; ++i)
+        list += "user" + QByteArray::number(100'000 + i) + "@x.example,";
+    FailedRecipients failed;
+    failed.add_list(list);
+    failed.add_list("late@x.example");
+    // Twenty characters and a line end each.
+    EXPECT_EQ(failed.addresses().size(), 512 * 1024 / 22);
+    EXPECT_EQ(failed.addresses().last(), "user123830@x.example");
+    EXPECT_EQ(failed.bytes_left_out(), (60'000 - 23'831) * 20 + 14);
+    const MessageFields fields = fields_of(mail("X-Failed-Recipients: " + list, "failed"));
+    EXPECT_TRUE(fields.text.endsWith("\r\nuser123830@x.example\r\n[723,380 bytes of this message "
+                                     "are not shown here.]"))
+        << fields.text.right(200).toStdString();
+}
+
+QByteArray wrapped(const QByteArray &inner, const QByteArray &own_part = {})
+{
+    return mail("Content-Type: multipart/report; report-type=Delivery-Status; boundary=o",
+                own_part + "--o\nContent-Type: message/rfc822\n\n" + inner + "\n--o--\n");
+}
+
+TEST(DeliveryNotice, ReadsTheReportThatAGatewayWrappedInAnother)
+{
+    const QByteArray inner = report("Content-Type: text/plain\n\nSorry.");
+    EXPECT_EQ(fields_of(wrapped(inner)).text, "Sorry.\r\ngone@example.net");
+    EXPECT_EQ(fields_of(wrapped(inner, "--o\n\nSee below.\n")).text,
+              "Sorry.\r\ngone@example.net\r\n[some parts of this message are not shown here.]");
+    EXPECT_EQ(fields_of(wrapped(report("Content-Type: image/png\n\nx"), "--o\n\nOuter.\n")).text,
+              "Outer.\r\ngone@example.net");
+}
+
+TEST(DeliveryNotice, AReturnedMessageIsNoWrappedReport)
+{
+    EXPECT_EQ(fields_of(wrapped(mail("To: x@example.net", "returned text"))).text,
+              "[the parts of this message are not shown here.]");
+    const QByteArray status = "--o\nContent-Type: message/delivery-status\n\nA: b\n\n"
+                              "Final-Recipient: rfc822; first@example.net\nAction: failed\n\n";
+    EXPECT_EQ(fields_of(wrapped(report("\nreturned notice"), status)).text, "first@example.net");
+}
+
 TEST(DeliveryNotice, RecipientsAreNotCrowdedOutByALongText)
 {
     const QByteArray endless(3 * 1024 * 1024, 'x');
     const MessageFields fields = fields_of(report("Content-Type: text/plain\n\n" + endless));
-    EXPECT_TRUE(fields.text.contains("\r\ngone@example.net\r\n["));
+    EXPECT_TRUE(fields.text.startsWith("gone@example.net\r\n["));
     EXPECT_TRUE(fields.text.endsWith(" characters of this message are not shown here.]"));
 }
 } // namespace

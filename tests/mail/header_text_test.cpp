@@ -65,6 +65,9 @@ TEST(OneLine, HasNoControlCharacters)
 {
     EXPECT_EQ(as_one_line(QString::fromUtf16(u"\ta\r\nb\x7F\u0085\u2028c\x01 ")), "a  b   c");
     EXPECT_EQ(as_one_line(QString::fromLatin1("a\0b", 3)), "a b");
+    // A text document makes line breaks of the first two.
+    EXPECT_EQ(as_one_line(QString::fromUtf16(u"a\uFDD0b\uFDD1c\uFDEFd\uFFFEe\uFFFFf\u2029g")),
+              "a b c d e f g");
 }
 
 TEST(WithCrlf, MakesEveryLineBreakOne)
@@ -72,15 +75,45 @@ TEST(WithCrlf, MakesEveryLineBreakOne)
     EXPECT_EQ(with_crlf(u"a\nb\rc\r\nd\u2028e\u2029f\n\n"_qs),
               "a\r\nb\r\nc\r\nd\r\ne\r\nf\r\n\r\n");
     EXPECT_EQ(with_crlf(QString::fromLatin1("a\0\x0B", 3)), QString::fromLatin1("a\0\x0B", 3));
+    EXPECT_EQ(with_crlf(QString::fromUtf16(u"a\uFDD0b\uFDD1c\uFFFFd")), "a b c d");
     EXPECT_EQ(with_crlf({}), "");
 }
 
-TEST(Shorten, NeverSplitsACharacter)
+struct ShortenCase
 {
-    QString text = u"a😀b"_qs;
-    EXPECT_EQ(shorten(text, 4), 0);
-    EXPECT_EQ(shorten(text, 2), 3);
-    EXPECT_EQ(text, "a");
+    QString text;
+    qsizetype limit;
+    QString kept;
+};
+class Shorten : public testing::TestWithParam<ShortenCase>
+{
+};
+
+TEST_P(Shorten, KeepsWholeWordsAlone)
+{
+    QString text = GetParam().text;
+    EXPECT_EQ(shorten(text, GetParam().limit), GetParam().text.size() - GetParam().kept.size());
+    EXPECT_EQ(text, GetParam().kept);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, Shorten,
+    testing::Values(ShortenCase{"to ann@example.org", 18, "to ann@example.org"},
+                    ShortenCase{"to ann@example.org", 17, "to"},
+                    ShortenCase{"to ann@example.org", 2, "to"}, ShortenCase{"a\r\nb@c", 4, "a"},
+                    ShortenCase{"a\r\nb@c", 2, "a"}, // between CR and LF
+                    ShortenCase{u"a\tb\u2028c@d"_qs, 5, "a\tb"}, ShortenCase{u"x 😀😀"_qs, 4, "x"},
+                    ShortenCase{"ann@example.org", 7, ""}, ShortenCase{"a b", 0, ""}));
+
+TEST(DropLastWord, LeavesWhatStandsBeforeIt)
+{
+    QString text = "for ann bob@exam";
+    EXPECT_EQ(drop_last_word(text), 9);
+    EXPECT_EQ(text, "for ann");
+    text = "bob@exam";
+    EXPECT_EQ(drop_last_word(text), 8);
+    EXPECT_EQ(text, "");
+    EXPECT_EQ(drop_last_word(text), 0);
 }
 
 TEST(HeaderFieldsWalk, PassesOverStrayLinesAndStopsAtTheEmptyLine)

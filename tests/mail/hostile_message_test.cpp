@@ -48,21 +48,28 @@ QByteArray nested_multiparts(int levels)
 
 INSTANTIATE_TEST_SUITE_P(
     Headers, HostileMessage,
-    testing::Values(Case{"groups in From", "From: " + repeated("a:", 40'000) + "\n\nx"},
-                    Case{"groups in To", "To: " + repeated("a:", 40'000) + "\n\nx"},
-                    Case{"folded groups", "Cc: x" + repeated("\n a:", 40'000) + "\n\nx"},
-                    Case{"groups in a returned message",
-                         "Content-Type: message/rfc822\n\nReply-To : " + repeated("a:", 40'000) +
-                             "\n\nx"},
-                    Case{"comments", "From: " + repeated("(", 1'000'000) + "\n\nx"},
-                    Case{"brackets", "From: " + repeated("<", 1'000'000) + "\n\nx"},
-                    Case{"quotes", "From: " + repeated("\\\"", 500'000) + "\n\nx"},
-                    Case{"commas", "From: " + repeated("a,", 500'000) + "\n\nx"},
-                    Case{"ats", "From: " + repeated("@ ", 500'000) + "\n\nx"},
-                    Case{"words", "From: " + repeated("=?a?q?", 200'000) + "\n\nx"},
-                    Case{"many fields", repeated("a:b\n", 300'000) + "\nx"},
-                    Case{"many parameters",
-                         "Content-Type: text/plain" + repeated("; a=b", 100'000) + "\n\nx"}));
+    testing::Values(
+        Case{"groups in From", "From: " + repeated("a:", 40'000) + "\n\nx"},
+        Case{"groups in To", "To: " + repeated("a:", 40'000) + "\n\nx"},
+        Case{"folded groups", "Cc: x" + repeated("\n a:", 40'000) + "\n\nx"},
+        Case{"groups in a returned message",
+             "Content-Type: message/rfc822\n\nReply-To : " + repeated("a:", 40'000) + "\n\nx"},
+        Case{"comments", "From: " + repeated("(", 1'000'000) + "\n\nx"},
+        Case{"brackets", "From: " + repeated("<", 1'000'000) + "\n\nx"},
+        Case{"quotes", "From: " + repeated("\\\"", 500'000) + "\n\nx"},
+        Case{"commas", "From: " + repeated("a,", 500'000) + "\n\nx"},
+        Case{"ats", "From: " + repeated("@ ", 500'000) + "\n\nx"},
+        Case{"words", "From: " + repeated("=?a?q?", 200'000) + "\n\nx"},
+        Case{"quotes in an encoded word",
+             "From: =?a?q?\"" + repeated("\\\"", 120'000) + "?= a@b\n\nx"},
+        Case{"endless quotes in an encoded word",
+             "From: =?a?q?\"" + repeated("\\\"", 2'000'000) + "?= a@b\n\nx"},
+        Case{"alternating charsets",
+             "To: x\nSubject: " + repeated("=?utf-8?q?a?= =?koi8-r?q?b?= ", 1'000'000) + "\n\nx"},
+        Case{"failed recipients", "X-Failed-Recipients: " + repeated("a@b,", 1'000'000) + "\n\nx"},
+        Case{"many fields", repeated("a:b\n", 300'000) + "\nx"},
+        Case{"many parameters",
+             "Content-Type: text/plain" + repeated("; a=b", 100'000) + "\n\nx"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Bodies, HostileMessage,
@@ -87,6 +94,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"scripts", "Content-Type: text/html\n\n" + repeated("<script>", 200'000)},
         Case{"entities", "Content-Type: text/html\n\n" + repeated("&#", 500'000)},
         Case{"digits", "Content-Type: text/html\n\n&#" + repeated("9", 1'000'000)},
+        Case{"a long link", "Content-Type: text/html\n\n<a href=mailto:" + repeated("a", 500'000) +
+                                "b" + ">" + repeated("a", 1'000'000)},
         Case{"links", "Content-Type: text/html\n\n" + repeated("<a href=mailto:a@b>x", 100'000)}));
 
 TEST(ParserGuard, BlanksColonsOfAddressFieldsAlone)

@@ -60,4 +60,10 @@ INSTANTIATE_TEST_SUITE_P(BrokenMarkup, HtmlText,
                                          Case{"<p title=\"open>a<p>b", "a\nb"},
                                          Case{"<!-- open <p>a", "a"}, Case{"<script>open", "open"},
                                          Case{"text <b", "text <b"}, Case{"", ""}));
+TEST(HtmlToText, ALinkLongerThanAnyAddressIsNone)
+{
+    const QString address = QString(900, 'a') + "@x.example";
+    EXPECT_EQ(html_to_text("<a href=mailto:" + address + ">x</a>"), "x <" + address + ">");
+    EXPECT_EQ(html_to_text("<a href=mailto:" + QString(100, 'a') + address + ">x</a>"), "x");
+}
 } // namespace

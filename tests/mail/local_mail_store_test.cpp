@@ -1,5 +1,6 @@
 #include "mail/local_inbox.h"
 #include "mail/local_mail_store.h"
+#include "platform/drive_path.h"
 #include "tests/mail/mail_texts.h"
 #include "tests/support/private_home.h"
 
@@ -95,6 +96,16 @@ TEST_F(LocalStore, LooksInMailThenInTheMaildir)
     EXPECT_EQ(local_inbox_places(),
               (QStringList{home.file("spool"), QDir::home().filePath("Maildir"),
                            "/var/mail/no-such-user-here"}));
+}
+
+TEST_F(LocalStore, LooksInMailInDriveNotation)
+{
+    put_maildir(home.file("Maildir"), "maildir");
+    put_mbox(data_folder() + "/Mail/inbox", "drive");
+    qputenv("MAIL", "C:\\mail\\Inbox");
+    EXPECT_EQ(first_subject(), "drive");
+    qputenv("MAIL", "D:\\mail\\Inbox");
+    EXPECT_EQ(first_subject(), "maildir"); // there is no such drive
 }
 
 TEST_F(LocalStore, AUserNameIsNoPath)

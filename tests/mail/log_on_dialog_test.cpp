@@ -1,4 +1,6 @@
+#include "mail/local_inbox.h"
 #include "mail/log_on_dialog.h"
+#include "platform/drive_path.h"
 #include "tests/mail/mail_texts.h"
 #include "tests/support/private_home.h"
 
@@ -78,6 +80,24 @@ TEST(LogOnDialogWindow, TakesNoPathWithoutAnInbox)
     });
     EXPECT_EQ(log_on.choose_inbox("x"), std::nullopt);
     EXPECT_TRUE(hand.has_acted());
+}
+
+TEST(LogOnDialogWindow, UnderstandsAPathInDriveNotation)
+{
+    const PrivateHome home;
+    put_file(data_folder() + "/Mail/mbox", "");
+    QtLogOnDialog log_on([] { return true; });
+    DialogHand hand([&](QDialog &dialog) {
+        auto *path = dialog.findChild<QLineEdit *>("path");
+        path->setText("D:\\mail\\mbox");
+        EXPECT_FALSE(button(dialog, QDialogButtonBox::Ok).isEnabled());
+        path->setText("c:\\mail\\MBOX");
+        QTest::mouseClick(&button(dialog, QDialogButtonBox::Ok), Qt::LeftButton);
+    });
+    const auto chosen = log_on.choose_inbox("x");
+    ASSERT_TRUE(chosen && hand.has_acted());
+    EXPECT_NO_THROW(open_inbox(*chosen)->fetch());
+    EXPECT_THROW(open_inbox("D:\\mail\\mbox"), RuntimeError);
 }
 
 TEST(LogOnDialogWindow, EscapeAnswersNothing)

@@ -8,6 +8,7 @@
 
 #include <fcntl.h>
 #include <map>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -105,6 +106,40 @@ TEST_F(Maildir, SaysThatAMessageHasGone)
     EXPECT_THROW(inbox.read(0), MessageGone);
     EXPECT_EQ(inbox.read(1).subject, "two");
     EXPECT_THROW(inbox.read(2), MessageGone);
+}
+
+// As many open files as there are now, for as long as it lives.
+class NoMoreFiles
+{
+public:
+    NoMoreFiles()
+    {
+        EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &before_), 0);
+        const rlimit none = {0, before_.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    }
+    ~NoMoreFiles() { setrlimit(RLIMIT_NOFILE, &before_); }
+    NoMoreFiles(const NoMoreFiles &) = delete;
+    NoMoreFiles &operator=(const NoMoreFiles &) = delete;
+
+private:
+    rlimit before_ = {};
+};
+
+TEST_F(Maildir, AMessageThatCannotBeOpenedHasNotGone)
+{
+    put("new/1.a", "one");
+    inbox.fetch();
+    try {
+        const NoMoreFiles limit;
+        inbox.read(0);
+        FAIL() << "read without a file";
+    } catch (const MessageGone &) {
+        FAIL() << "taken for gone";
+    } catch (const RuntimeError &error) {
+        EXPECT_TRUE(error.description().startsWith("The message cannot be read"));
+    }
+    EXPECT_EQ(inbox.read(0).subject, "one");
 }
 
 TEST_F(Maildir, DoesNotFollowALinkThatTookAMessagesPlace)

@@ -97,6 +97,17 @@ TEST_F(Mbox, SeparatorsComeInManyForms)
     }
 }
 
+TEST_F(Mbox, ASeparatorGivesItsDateWithAZoneBeforeOrBehindTheYear)
+{
+    for (const char *end : {"10:20:30 2006", "10:20:30 CET 2006", "10:20:30 2006 +0100",
+                            "10:20:30 +0100 2006", "10:20:30 2006 remote from relay"}) {
+        put(QByteArray("From a@x.example Mon Jan  2 ") + end + "\n" + mail("Subject: x"));
+        inbox.fetch();
+        ASSERT_EQ(inbox.count(), 1) << end;
+        EXPECT_EQ(inbox.read(0).date, "2006-01-02 10:20:30") << end;
+    }
+}
+
 TEST_F(Mbox, TakesOneQuoteFromQuotedFromLines)
 {
     EXPECT_EQ(only_text(separator + "\n>From a\nx >From b\n>>From c\n>>> From d\n>Fromage\n"),
