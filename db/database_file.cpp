@@ -17,7 +17,8 @@ namespace
 {
 constexpr int busy_milliseconds = 2000;
 constexpr std::size_t max_statements = 64;
-constexpr const char *tuning = "pragma cache_size = -65536; pragma temp_store = memory";
+// 16 MB for each connection: the system keeps the file's pages as well, more is memory only.
+constexpr const char *tuning = "pragma cache_size = -16384; pragma temp_store = memory";
 constexpr int max_value_bytes = 256 << 20;
 
 RuntimeError no_database(const QString &path)
