@@ -161,10 +161,8 @@ void MainWindow::open_database(DataConnection &connection)
 
 void MainWindow::repaint_grids()
 {
-    work_table_rows_.flush();
-    master_rows_.flush();
-    controls_.MSFlexGrid1.viewport()->repaint();
-    controls_.MSFlexGrid5.viewport()->repaint();
+    work_table_rows_.paint_now(controls_.MSFlexGrid1);
+    master_rows_.paint_now(controls_.MSFlexGrid5);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -9,7 +9,8 @@
 
 namespace
 {
-constexpr qint64 paint_interval = 50; // milliseconds
+constexpr qint64 text_interval = 50;   // milliseconds
+constexpr qint64 grids_interval = 150; // a grid takes some milliseconds to paint
 
 QString progress_text(const QString &what, qint64 done, qint64 total)
 {
@@ -37,27 +38,29 @@ StatusProgress::Milliseconds StatusProgress::steady_milliseconds()
     return [timer] { return timer.elapsed(); };
 }
 
-bool StatusProgress::is_due()
+bool StatusProgress::is_due(Painted &painted, qint64 interval) const
 {
     const qint64 now = now_();
-    if (painted_ && now - *painted_ < paint_interval)
+    if (painted && now - *painted < interval)
         return false;
-    painted_ = now;
+    painted = now;
     return true;
 }
 
 void StatusProgress::tell(const QString &what, qint64 done, qint64 total)
 {
-    if (!is_due())
+    if (!is_due(text_painted_, text_interval))
         return;
     text_->setText(progress_text(what, done, total));
     text_->repaint();
-    repaint_grids_();
+    if (is_due(grids_painted_, grids_interval))
+        repaint_grids_();
 }
 
 void StatusProgress::clear()
 {
-    painted_.reset();
+    text_painted_.reset();
+    grids_painted_.reset();
     text_->setText(note_);
     text_->repaint();
 }

@@ -8,15 +8,16 @@
 class QLabel;
 class QStatusBar;
 
-/// How far long work is, in the status bar. Painted at once but at most every 50 ms, and without a
-/// turn of the event loop, so that no click gets into the middle of a command.
+/// How far long work is, in the status bar. Painted at once but at most every 50 ms, the grids
+/// every 150 ms, and without a turn of the event loop, so that no click gets into the middle of a
+/// command.
 class StatusProgress : public ProgressReport
 {
 public:
     using Milliseconds = std::function<qint64()>;
 
-    /// `repaint_grids` runs with each painting. `now` counts milliseconds; the system's steady
-    /// clock unless a test gives another.
+    /// `repaint_grids` paints what the work has changed. `now` counts milliseconds; the system's
+    /// steady clock unless a test gives another.
     StatusProgress(QStatusBar &bar, std::function<void()> repaint_grids,
                    Milliseconds now = steady_milliseconds());
 
@@ -27,11 +28,13 @@ public:
     static Milliseconds steady_milliseconds();
 
 private:
-    bool is_due();
+    using Painted = std::optional<qint64>; // when it was
+    bool is_due(Painted &painted, qint64 interval) const;
 
     QLabel *text_;
     QString note_;
     std::function<void()> repaint_grids_;
     Milliseconds now_;
-    std::optional<qint64> painted_;
+    Painted text_painted_;
+    Painted grids_painted_;
 };

@@ -17,7 +17,8 @@ namespace
 {
 constexpr int busy_milliseconds = 2000;
 constexpr std::size_t max_statements = 64;
-constexpr const char *tuning = "pragma cache_size = -65536; pragma temp_store = memory";
+// 16 MB for each connection: the system keeps the file's pages as well, more is memory only.
+constexpr const char *tuning = "pragma cache_size = -16384; pragma temp_store = memory";
 constexpr int max_value_bytes = 256 << 20;
 
 RuntimeError no_database(const QString &path)
@@ -201,8 +202,10 @@ std::int64_t DatabaseFile::write(const TableInfo &table, Write kind, const std::
                                  const QString &shown)
 {
     require_writable();
-    PreparedStatement &statement = prepared(sql, shown);
+    prepared(sql, shown); // a statement that is none fails before anybody hears of it
     announce(table, kind);
+    // Fetched anew: readers who prepared something may have emptied the cache.
+    PreparedStatement &statement = prepared(sql, shown);
     bind(statement);
     try {
         statement.run();

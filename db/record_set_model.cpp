@@ -67,9 +67,34 @@ void RecordSetModel::follow_later()
 void RecordSetModel::flush()
 {
     follows_later_ = false;
+    painted_.clear();
     beginResetModel();
     read_shape();
     endResetModel();
+}
+
+void RecordSetModel::paint_now(QTableView &grid)
+{
+    if (!follows_later_ || !grid.isVisible())
+        return;
+    const QStringList painted = painted_;
+    flush();
+    painted_ = screen(grid);
+    // Rows that are added below are the common case, and painting is dear.
+    if (painted_ != painted)
+        grid.viewport()->repaint();
+}
+
+QStringList RecordSetModel::screen(const QTableView &grid) const
+{
+    const int bottom = grid.rowAt(grid.viewport()->height() - 1); // -1: there is room below
+    const int end = bottom < 0 ? rows_ : bottom + 1;
+    QStringList cells;
+    for (int row = std::max(grid.rowAt(0), 0); row < end; ++row) {
+        for (int column = 0; column < columnCount(); ++column)
+            cells.append(cell(index(row, column), cell_characters));
+    }
+    return cells;
 }
 
 // A file that fails now fails again in the command that reads it, which can say so.

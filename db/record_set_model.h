@@ -33,15 +33,22 @@ public:
     /// Lets the grid follow now.
     void flush();
 
+    /// Lets `grid`, which shows this model, follow and paints it, without a turn of the event loop.
+    /// Does nothing when no rows have changed or nobody can see the grid, and does not paint the
+    /// same rows again.
+    void paint_now(QTableView &grid);
+
 private:
     void follow_later();
     void read_shape();
     QString cell(const QModelIndex &index, qsizetype limit) const;
+    QStringList screen(const QTableView &grid) const;
 
     DataConnection &connection_;
     QStringList columns_;
     int rows_ = 0;
     bool follows_later_ = false;
+    QStringList painted_; // the cells that paint_now() has painted since the last turn of the loop
 };
 
 /// Sets a grid up for a record set: whole single rows are selected, rows have one fixed height,

@@ -20,6 +20,12 @@ bool is_noncharacter(char16_t c)
     return (c >= 0xFDD0 && c <= 0xFDEF) || c >= 0xFFFE;
 }
 
+// Notices indent addresses by them; a word that began with one would match no address.
+bool is_other_blank(char16_t c)
+{
+    return c == u'\t' || c == 0xA0;
+}
+
 bool ends_word(QChar c)
 {
     return c == u' ' || c == u'\t' || is_line_break(c.unicode());
@@ -45,8 +51,9 @@ QString with_crlf(const QString &text)
     QString result;
     result.reserve(text.size() + text.size() / 16);
     while (at != end) {
-        const char16_t *found = std::find_if(
-            at, end, [](char16_t c) { return is_line_break(c) || is_noncharacter(c); });
+        const char16_t *found = std::find_if(at, end, [](char16_t c) {
+            return is_line_break(c) || is_other_blank(c) || is_noncharacter(c);
+        });
         result.append(reinterpret_cast<const QChar *>(at), found - at);
         if (found == end)
             break;

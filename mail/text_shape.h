@@ -2,9 +2,9 @@
 
 #include <QString>
 
-/// The text with every line break (CR LF, LF, CR, U+2028, U+2029) as CR LF, and noncharacters
-/// (U+FDD0 … U+FDEF, U+FFFE, U+FFFF), some of which a text document would make line breaks of, as
-/// blanks; everything else, NUL included, stays.
+/// The text with every line break (CR LF, LF, CR, U+2028, U+2029) as CR LF; tabs, no-break spaces
+/// and noncharacters (U+FDD0 … U+FDEF, U+FFFE, U+FFFF: a text document would make line breaks of
+/// some) as blanks; everything else, NUL included, stays.
 QString with_crlf(const QString &text);
 
 /// The text as one line: control characters, noncharacters and line breaks are blanks, none

@@ -24,11 +24,24 @@ TEST_F(Progress, IsShownAtOnceAndThenEveryFiftyMilliseconds)
     now = 49;
     progress.tell("Row", 2, 1234567);
     EXPECT_EQ(shown(), "Row 1 of 1,234,567");
-    EXPECT_EQ(grid_paintings, 1);
     now = 50;
     progress.tell("Row", 3000, 1234567);
     EXPECT_EQ(shown(), "Row 3,000 of 1,234,567");
+}
+
+TEST_F(Progress, PaintsTheGridsAtOnceAndThenEveryHundredAndFiftyMilliseconds)
+{
+    progress.tell("Row", 1, 9);
+    EXPECT_EQ(grid_paintings, 1);
+    now = 149;
+    progress.tell("Row", 2, 9);
+    EXPECT_EQ(grid_paintings, 1);
+    now = 200;
+    progress.tell("Row", 3, 9);
     EXPECT_EQ(grid_paintings, 2);
+    progress.clear();
+    progress.tell("Line", 1, 9);
+    EXPECT_EQ(grid_paintings, 3);
 }
 
 TEST_F(Progress, IsEmptyAfterTheEndAndShownAtOnceTheNextTime)

@@ -3,11 +3,25 @@
 
 #include <QAbstractItemModelTester>
 #include <QCoreApplication>
+#include <QEvent>
 #include <QSignalSpy>
 #include <QTableView>
 
 namespace
 {
+class PaintCount : public QObject
+{
+public:
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+};
+
 class Grid : public DatabaseTest
 {
 protected:
@@ -54,6 +68,35 @@ TEST_F(Grid, FollowsAtOnceWhenFlushed)
     EXPECT_EQ(model.rowCount(), 1);
     QCoreApplication::processEvents();
     EXPECT_EQ(resets.count(), 1);
+}
+
+TEST_F(Grid, IsPaintedAtOnceOnlyWhereItsRowsHaveChanged)
+{
+    PaintCount paintings;
+    view.viewport()->installEventFilter(&paintings);
+    show(Data1, "master");
+    model.paint_now(view); // nobody can see it
+    EXPECT_EQ(model.columnCount(), 0);
+    view.resize(400, 300);
+    view.show();
+    QCoreApplication::processEvents();
+    const auto paintings_after = [&](const char *email) {
+        insert_master({email});
+        Data1.refresh();
+        paintings.count = 0;
+        model.paint_now(view);
+        return paintings.count;
+    };
+    EXPECT_EQ(paintings_after("a"), 1);
+    EXPECT_EQ(model.rowCount(), 1);
+    EXPECT_EQ(paintings_after("b"), 1);
+    for (int row = 2; row < 50; ++row)
+        paintings_after("c");
+    EXPECT_EQ(paintings_after("below the last row that is seen"), 0);
+    EXPECT_EQ(model.rowCount(), 51);
+    Data1.execute("update master set email = 'new' where email like '*a*'");
+    EXPECT_EQ(paintings_after("d"), 1);
+    EXPECT_EQ(at(0, 0), "new");
 }
 
 TEST_F(Grid, ShowsOneLineAndAnEscapedToolTip)
