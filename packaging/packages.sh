@@ -22,4 +22,6 @@ test_packages=(libgtest-dev libgmock-dev)
 # What the benchmarks measure with and beside.
 bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)
 
-ci_packages=(git clang-format clang-tidy shellcheck)
+ci_packages=(git clang-format shellcheck)
+# What packaging/lint adds.
+lint_packages=(git clang-tidy)

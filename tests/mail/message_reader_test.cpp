@@ -29,6 +29,15 @@ TEST(ReadMessage, TakesTheSenderWhereFromGivesNoAddress)
     EXPECT_EQ(fields_of(mail("From: Some Body")).name, "Some Body");
 }
 
+// An address that a notice indents by a tab must be a word of its own.
+TEST(ReadMessage, TabsAndNoBreakSpacesOfTheTextAreBlanks)
+{
+    EXPECT_EQ(fields_of("From: d@x.example\r\n\r\nYour message to:\r\n\tann@x.example\r\n").text,
+              "Your message to:\r\n ann@x.example\r\n");
+    EXPECT_EQ(fields_of("Content-Type: text/plain; charset=utf-8\r\n\r\na\xC2\xA0z\r\n").text,
+              "a z\r\n");
+}
+
 TEST(ReadMessage, OfRepeatedFieldsTheFirstCounts)
 {
     const MessageFields fields = fields_of(mail("Subject: one\nFrom: a@x.example\nSubject: two\n"
