@@ -11,12 +11,17 @@
 namespace
 {
 const QString title = QStringLiteral("Ostrix");
+constexpr qsizetype longest_text = 2000; // what still fits a small screen
 
 QMessageBox::StandardButton show_box(QWidget *parent, QMessageBox::Icon icon, const QString &text,
                                      QMessageBox::StandardButtons buttons)
 {
-    QMessageBox box(icon, title, text, buttons, parent);
+    const bool is_too_long = text.size() > longest_text;
+    QMessageBox box(icon, title, is_too_long ? text.left(longest_text) + QStringLiteral("…") : text,
+                    buttons, parent);
     box.setTextFormat(Qt::PlainText);
+    if (is_too_long)
+        box.setDetailedText(text);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
@@ -100,6 +105,11 @@ QString QtPrompts::open_file(const FileChoice &choice)
 QString QtPrompts::save_file(const FileChoice &choice)
 {
     return choose_file(choice, true);
+}
+
+QString QtPrompts::current_folder() const
+{
+    return last_folder_.isEmpty() ? QStringLiteral("c:\\Ostrix\\") : last_folder_;
 }
 
 QString QtPrompts::input(const QString &question)
