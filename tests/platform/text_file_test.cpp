@@ -72,6 +72,16 @@ TEST(ReadTextFile, SaysWhatIsWrongWithThePath)
     EXPECT_EQ(number_of([&] { read_text_file(home.path()); }), error_number::path_file_access);
 }
 
+TEST(OpenTextFile, IsReadAlsoWhenItsNameHasGone)
+{
+    const PrivateHome home;
+    put(home.file("a"), "one\r\ntwo");
+    OpenTextFile file(home.file("a"));
+    ASSERT_TRUE(QFile::remove(home.file("a")));
+    EXPECT_EQ(file.read(), "one\r\ntwo");
+    EXPECT_EQ(number_of([&] { OpenTextFile(home.file("a")); }), error_number::file_not_found);
+}
+
 TEST(WriteTextFile, ReplacesTheWholeFile)
 {
     const PrivateHome home;
