@@ -14,9 +14,9 @@ class TextBox : public QPlainTextEdit
 public:
     explicit TextBox(QWidget *parent = nullptr);
 
-    QString text() const;
-    void set_text(const QString &text);
+    virtual QString text() const;
+    virtual void set_text(const QString &text);
 
     /// Adds at the end; takes time by the length of `text` alone.
-    void append_text(const QString &text);
+    virtual void append_text(const QString &text);
 };
