@@ -88,6 +88,8 @@ OpenTextFile::OpenTextFile(const QString &path) : path_(path)
         fail(error_number::file_not_found, "File not found", path);
     if (info.isDir())
         fail(error_number::path_file_access, "This is a folder, not a file", path);
+    if (!info.isFile()) // its end may never come
+        fail(error_number::path_file_access, "This is a device or a pipe, not a file", path);
     file_ = std::make_unique<QFile>(name);
     if (!file_->open(QIODevice::ReadOnly))
         fail(error_number::permission_denied, "The file cannot be read", path,

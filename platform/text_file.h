@@ -24,7 +24,7 @@ class OpenTextFile
 public:
     /// `path` may be in drive notation.
     /// @throws RuntimeError 52 for an empty path, 53 when there is no such file, 75 when it is a
-    /// folder, 70 when it may not be read.
+    /// folder, a device or a pipe, 70 when it may not be read.
     explicit OpenTextFile(const QString &path);
     ~OpenTextFile();
 

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace
 {
 void put(const QString &path, const QByteArray &bytes)
@@ -70,6 +72,9 @@ TEST(ReadTextFile, SaysWhatIsWrongWithThePath)
     EXPECT_EQ(number_of([&] { read_text_file(""); }), error_number::bad_file_name_or_number);
     EXPECT_EQ(number_of([&] { read_text_file(home.file("none")); }), error_number::file_not_found);
     EXPECT_EQ(number_of([&] { read_text_file(home.path()); }), error_number::path_file_access);
+    ASSERT_EQ(mkfifo(home.file("pipe").toUtf8().constData(), 0600), 0);
+    EXPECT_EQ(number_of([&] { read_text_file(home.file("pipe")); }),
+              error_number::path_file_access);
 }
 
 TEST(OpenTextFile, IsReadAlsoWhenItsNameHasGone)
