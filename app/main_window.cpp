@@ -50,10 +50,12 @@ MainWindow::MainWindow(const Services &services)
       retrieval_({purge_desk_, services.mail, [this](int number) { show_tab(number); },
                   [this] { stop_schedule(); }}),
       table_name_(controls_.Text2, services.settings, Data1, services.prompts),
-      warning_switch_(services.settings, services.prompts)
+      warning_switch_(services.settings, services.prompts),
+      transfer_({Data2, services.prompts, please_wait_, progress_, handlers_, services.printer})
 {
     lay_out();
     please_wait_.set_parent(this);
+    transfer_.set_parent(this);
     Data1.setParent(this);
     Data1.setObjectName(QStringLiteral("Data1"));
     Data2.setParent(this);
@@ -107,6 +109,11 @@ void MainWindow::wire_menus()
     handlers_.on_triggered(menus_.ReadTableName, [this] { table_name_.ReadTableName_Click(); });
     handlers_.on_triggered(menus_.ChangeTableName, [this] { table_name_.ChangeTableName_Click(); });
     handlers_.on_triggered(menus_.WarningSwitch, [this] { WarningSwitch_Click(); });
+    handlers_.on_triggered(menus_.Import, [this] { transfer_.Import_Click(); });
+    handlers_.on_triggered(menus_.Export, [this] { transfer_.Export_Click(); });
+    handlers_.on_triggered(menus_.SaveGrid, [this] { transfer_.SaveGrid_Click(); });
+    handlers_.on_triggered(menus_.PrintAddresses, [this] { transfer_.PrintAddresses_Click(); });
+    handlers_.on_triggered(menus_.ImportHelp, [this] { transfer_.ImportHelp_Click(); });
     handlers_.on(menus_.Tools, &QMenu::aboutToShow,
                  [this] { menus_.WarningSwitch->setChecked(warning_switch_.is_stored()); });
 }

@@ -23,6 +23,7 @@
 #include "mail/subject_purge.h"
 #include "mail/typed_heading_purge.h"
 #include "platform/event_handlers.h"
+#include "transfer/transfer_commands.h"
 
 #include <QMainWindow>
 
@@ -95,4 +96,5 @@ private:
     bool attended_ = true;
     TableName table_name_;
     WarningSwitch warning_switch_;
+    TransferCommands transfer_;
 };

@@ -135,12 +135,31 @@ QStringList read_lines(const QString &path)
 
 void write_text_file(const QString &path, const QString &text)
 {
-    QSaveFile file(named_file(path));
-    if (!file.open(QIODevice::WriteOnly))
-        fail_to_write(file, path);
-    const QByteArray bytes = text.toUtf8();
-    if (file.write(bytes) != bytes.size() || !file.commit())
-        fail_to_write(file, path);
+    TextFileWriter file(path);
+    file.write(text);
+    file.commit();
+}
+
+TextFileWriter::TextFileWriter(const QString &path)
+    : path_(path),
+      file_(std::make_unique<QSaveFile>(named_file(path)))
+{
+    if (!file_->open(QIODevice::WriteOnly))
+        fail_to_write(*file_, path_);
+}
+
+TextFileWriter::~TextFileWriter() = default;
+
+void TextFileWriter::write_utf8(const QByteArray &bytes)
+{
+    if (file_->write(bytes) != bytes.size())
+        fail_to_write(*file_, path_);
+}
+
+void TextFileWriter::commit()
+{
+    if (!file_->commit())
+        fail_to_write(*file_, path_);
 }
 
 void append_text_file(const QString &path, const QString &text)

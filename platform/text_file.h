@@ -8,6 +8,7 @@
 #include <memory>
 
 class QFile;
+class QSaveFile;
 
 /// Decodes a text file's bytes: a byte-order mark names the encoding (UTF-8, UTF-16, UTF-32), else
 /// UTF-8, else Windows-1252, where the five bytes without a character keep their code. Nothing is
@@ -52,6 +53,27 @@ QStringList split_lines(const QString &text);
 /// @throws RuntimeError 52 for an empty path, 76 when the folder is missing, 75 when it may not be
 /// written, 61 when the disk is full.
 void write_text_file(const QString &path, const QString &text);
+
+/// A text file being written piece by piece, in UTF-8. Its new content is there, whole, when
+/// commit() returns; a writer that goes before leaves what was there.
+class TextFileWriter
+{
+public:
+    /// @throws RuntimeError as write_text_file().
+    explicit TextFileWriter(const QString &path);
+    ~TextFileWriter();
+
+    /// @throws RuntimeError 61 when the disk is full.
+    void write(const QString &text) { write_utf8(text.toUtf8()); }
+    void write_utf8(const QByteArray &bytes);
+
+    /// @throws RuntimeError as write_text_file(); the old content is there then.
+    void commit();
+
+private:
+    QString path_;
+    std::unique_ptr<QSaveFile> file_;
+};
 
 /// Appends `text` (UTF-8) to the file, which is made when absent.
 /// @throws RuntimeError as write_text_file(); a part that was written before the failure is taken

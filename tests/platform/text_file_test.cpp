@@ -107,6 +107,25 @@ TEST(WriteTextFile, LeavesNothingBehindWhenItFails)
     EXPECT_TRUE(QDir(home.file("folder")).isEmpty());
 }
 
+TEST(TextFileWriter, ShowsItsContentAtTheEndOnly)
+{
+    const PrivateHome home;
+    put(home.file("a"), "old");
+    {
+        TextFileWriter given_up(home.file("a"));
+        given_up.write("new");
+    }
+    EXPECT_EQ(bytes_of(home.file("a")), "old");
+    TextFileWriter file(home.file("a"));
+    file.write(u"ä"_qs);
+    file.write_utf8("b\r\n");
+    EXPECT_EQ(bytes_of(home.file("a")), "old");
+    file.commit();
+    EXPECT_EQ(bytes_of(home.file("a")), "\xC3\xA4"
+                                        "b\r\n");
+    EXPECT_EQ(QDir(home.path()).entryList(QDir::Files), QStringList{"a"});
+}
+
 TEST(AppendTextFile, AddsAtTheEndAndMakesTheFile)
 {
     const PrivateHome home;
