@@ -22,7 +22,8 @@ constexpr std::array<char16_t, 32> windows_1252 = {
 
 std::optional<QString> decode_strictly(const QByteArray &bytes, QStringConverter::Encoding encoding)
 {
-    QStringDecoder decoder(encoding);
+    // Stateless: bytes that break off at the end are an error, too.
+    QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
     QString text = decoder(bytes);
     if (decoder.hasError())
         return std::nullopt;

@@ -55,6 +55,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Decoded{QByteArray("\xFF\xFE\xE4\x00", 4), u"ä"_qs}, // UTF-16, small end first
                     Decoded{QByteArray("\xFE\xFF\x00\xE4", 4), u"ä"_qs}, // UTF-16, big end first
                     Decoded{"\xE4 \x80 \x93", u"ä € “"_qs},              // Windows-1252
+                    Decoded{"Caf\xE9", u"Café"_qs}, // a UTF-8 letter would begin there
+                    Decoded{"\xC3\xA4\xC3", u"Ã¤Ã"_qs},
+                    Decoded{QByteArray("\xFF\xFE\xE4\x00\x41", 5), u"ä\uFFFD"_qs},
                     Decoded{"\x81", QString(QChar(0x81))}, // a byte without a character
                     Decoded{QByteArray("a\0b", 3), QString::fromLatin1("a\0b", 3)}));
 
