@@ -14,6 +14,7 @@
 #include "schedule/schedule_tab.h"
 #include "send/groups_tab.h"
 #include "send/send_mail_tab.h"
+#include "textedit/text_manipulator.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -69,7 +70,8 @@ MainWindow::MainWindow(const Services &services)
 
 MainWindow::~MainWindow()
 {
-    // The tabs hold references to what this window owns: they go first.
+    // Both hold references to what this window owns: they go first.
+    delete manipulator_.data();
     delete takeCentralWidget();
 }
 
@@ -105,6 +107,7 @@ void MainWindow::wire_hidden_buttons()
 void MainWindow::wire_menus()
 {
     handlers_.on_triggered(menus_.Backup, [this] { Backup_Click(); });
+    handlers_.on_triggered(menus_.ManipulateText, [this] { ManipulateText_Click(); });
     handlers_.on_triggered(menus_.HelpFile, [this] { HelpFile_Click(); });
     handlers_.on_triggered(menus_.ReadTableName, [this] { table_name_.ReadTableName_Click(); });
     handlers_.on_triggered(menus_.ChangeTableName, [this] { table_name_.ChangeTableName_Click(); });
@@ -188,6 +191,17 @@ void MainWindow::Backup_Click()
         QStringLiteral("The easiest way is to backup the database is to close this application and "
                        "copy and past c:\\Ostrix\\Ostrix.mdb...this path may be different if you "
                        "are not using the default settings...into a new location."));
+}
+
+void MainWindow::ManipulateText_Click()
+{
+    if (manipulator_.isNull()) {
+        manipulator_ = new TextManipulator({engine_, services_.prompts, please_wait_, progress_,
+                                            handlers_, [this] { HelpFile_Click(); }},
+                                           this);
+        manipulator_->open();
+    }
+    manipulator_->bring_to_front();
 }
 
 void MainWindow::HelpFile_Click()

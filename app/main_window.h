@@ -26,6 +26,9 @@
 #include "transfer/transfer_commands.h"
 
 #include <QMainWindow>
+#include <QPointer>
+
+class TextManipulator;
 
 /// The main window. It sets the tabs side by side, owns what they share (the two data connections,
 /// the log, "Please Wait!"), and hands references on.
@@ -66,6 +69,7 @@ private:
     void open_database(DataConnection &connection);
     void repaint_grids();
     void Backup_Click();
+    void ManipulateText_Click();
     void HelpFile_Click();
     void WarningSwitch_Click();
 
@@ -97,4 +101,5 @@ private:
     TableName table_name_;
     WarningSwitch warning_switch_;
     TransferCommands transfer_;
+    QPointer<TextManipulator> manipulator_;
 };
