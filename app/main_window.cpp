@@ -16,6 +16,7 @@
 #include "schedule/system_log_purge.h"
 #include "send/groups_tab.h"
 #include "send/send_mail_tab.h"
+#include "textedit/text_manipulator.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -58,10 +59,12 @@ MainWindow::MainWindow(const Services &services)
       try_out_(Data2, controls_, services.prompts),
       retrieval_(retrieval_desk(services.mail)),
       table_name_(controls_.Text2, services.settings, Data1, services.prompts),
-      warning_switch_(services.settings, services.prompts)
+      warning_switch_(services.settings, services.prompts),
+      transfer_({Data2, services.prompts, please_wait_, progress_, handlers_, services.printer})
 {
     lay_out();
     please_wait_.set_parent(this);
+    transfer_.set_parent(this);
     Data1.setParent(this);
     Data1.setObjectName(QStringLiteral("Data1"));
     Data2.setParent(this);
@@ -75,7 +78,8 @@ MainWindow::MainWindow(const Services &services)
 
 MainWindow::~MainWindow()
 {
-    // The tabs hold references to what this window owns: they go first.
+    // Both hold references to what this window owns: they go first.
+    delete manipulator_.data();
     delete takeCentralWidget();
 }
 
@@ -118,10 +122,16 @@ void MainWindow::wire_hidden_controls()
 void MainWindow::wire_menus()
 {
     handlers_.on_triggered(menus_.Backup, [this] { Backup_Click(); });
+    handlers_.on_triggered(menus_.ManipulateText, [this] { ManipulateText_Click(); });
     handlers_.on_triggered(menus_.HelpFile, [this] { HelpFile_Click(); });
     handlers_.on_triggered(menus_.ReadTableName, [this] { table_name_.ReadTableName_Click(); });
     handlers_.on_triggered(menus_.ChangeTableName, [this] { table_name_.ChangeTableName_Click(); });
     handlers_.on_triggered(menus_.WarningSwitch, [this] { WarningSwitch_Click(); });
+    handlers_.on_triggered(menus_.Import, [this] { transfer_.Import_Click(); });
+    handlers_.on_triggered(menus_.Export, [this] { transfer_.Export_Click(); });
+    handlers_.on_triggered(menus_.SaveGrid, [this] { transfer_.SaveGrid_Click(); });
+    handlers_.on_triggered(menus_.PrintAddresses, [this] { transfer_.PrintAddresses_Click(); });
+    handlers_.on_triggered(menus_.ImportHelp, [this] { transfer_.ImportHelp_Click(); });
     handlers_.on(menus_.Tools, &QMenu::aboutToShow,
                  [this] { menus_.WarningSwitch->setChecked(warning_switch_.is_stored()); });
 }
@@ -208,6 +218,17 @@ void MainWindow::Backup_Click()
         QStringLiteral("The easiest way is to backup the database is to close this application and "
                        "copy and past c:\\Ostrix\\Ostrix.mdb...this path may be different if you "
                        "are not using the default settings...into a new location."));
+}
+
+void MainWindow::ManipulateText_Click()
+{
+    if (manipulator_.isNull()) {
+        manipulator_ = new TextManipulator({engine_, services_.prompts, please_wait_, progress_,
+                                            handlers_, [this] { HelpFile_Click(); }},
+                                           this);
+        manipulator_->open();
+    }
+    manipulator_->bring_to_front();
 }
 
 void MainWindow::HelpFile_Click()

@@ -26,8 +26,12 @@
 #include "platform/event_handlers.h"
 #include "send/address_search.h"
 #include "send/group_commands.h"
+#include "transfer/transfer_commands.h"
 
 #include <QMainWindow>
+#include <QPointer>
+
+class TextManipulator;
 
 class ScheduleTab;
 
@@ -76,6 +80,7 @@ private:
     void open_database(DataConnection &connection);
     void repaint_grids();
     void Backup_Click();
+    void ManipulateText_Click();
     void HelpFile_Click();
     void WarningSwitch_Click();
 
@@ -110,4 +115,6 @@ private:
     bool attended_ = true;
     TableName table_name_;
     WarningSwitch warning_switch_;
+    TransferCommands transfer_;
+    QPointer<TextManipulator> manipulator_;
 };

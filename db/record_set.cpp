@@ -5,6 +5,7 @@
 #include "platform/runtime_error.h"
 
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -242,6 +243,20 @@ void RecordSet::delete_current()
     deleted_.insert(row);
     start(Mode::Browsing);
     moved_();
+}
+
+void RecordSet::walk(const QStringList &columns,
+                     const std::function<void(const QStringList &fields)> &visit)
+{
+    std::vector<int> indexes;
+    for (const QString &column : columns)
+        indexes.push_back(column_index(column));
+    open_query().walk([&](std::int64_t row) {
+        QStringList fields;
+        for (const int index : indexes)
+            fields.append(to_qstring(query_->text(row, index)));
+        visit(fields);
+    });
 }
 
 QString RecordSet::cell(qint64 row, int column, qsizetype limit)

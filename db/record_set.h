@@ -69,6 +69,13 @@ public:
     void update();
     void delete_current();
 
+    /// Visits every record from the first to the last, in the set's order, with the fields of these
+    /// columns (empty text for a NULL). The current record stays. Memory does not grow with the
+    /// table when the set is a whole table in its own order.
+    /// @throws RuntimeError 3265 for a column that is not there; nothing is visited then.
+    void walk(const QStringList &columns,
+              const std::function<void(const QStringList &fields)> &visit);
+
     /// For grids: a cell without moving the current record, cut to `limit` characters (at most
     /// 2,000); empty for a row or column that is not there.
     QString cell(qint64 row, int column, qsizetype limit);

@@ -17,7 +17,8 @@ sample_packages=(fonts-droid-fallback)
 # A display for a machine that has none.
 headless_packages=(xvfb)
 
-test_packages=(libgtest-dev libgmock-dev)
+# The tests read back what is printed (poppler-utils).
+test_packages=(libgtest-dev libgmock-dev poppler-utils)
 
 # What the benchmarks measure with and beside.
 bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)

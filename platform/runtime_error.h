@@ -23,6 +23,7 @@ inline constexpr int path_not_found = 76;
 inline constexpr int object_not_set = 91;
 inline constexpr int invalid_pattern = 93;
 inline constexpr int object_required = 424;
+inline constexpr int printer_error = 482;
 inline constexpr int update_without_edit = 3020;
 inline constexpr int no_current_record = 3021;
 inline constexpr int could_not_find_file = 3024;

@@ -1,6 +1,6 @@
 #include "send/addresses_window.h"
 
-#include "platform/text_box.h"
+#include "platform/long_text_box.h"
 
 #include <QDialogButtonBox>
 #include <QVBoxLayout>
@@ -10,7 +10,7 @@ AddressesWindow::AddressesWindow(const QString &addresses, QWidget *parent) : QD
     setObjectName(QStringLiteral("frmeMailAddresses"));
     setWindowTitle(QStringLiteral("Addresses"));
     setAttribute(Qt::WA_DeleteOnClose);
-    auto *text = new TextBox(this);
+    auto *text = new LongTextBox(this);
     text->setObjectName(QStringLiteral("addresses_text"));
     text->setAccessibleName(QStringLiteral("Addresses"));
     text->setReadOnly(true);
