@@ -26,6 +26,9 @@
 #include "transfer/transfer_commands.h"
 
 #include <QMainWindow>
+#include <QPointer>
+
+class ReviewWindow;
 
 /// The main window. It sets the tabs side by side, owns what they share (the two data connections,
 /// the log, "Please Wait!"), and hands references on.
@@ -68,6 +71,7 @@ private:
     void Backup_Click();
     void HelpFile_Click();
     void WarningSwitch_Click();
+    void ReviewFilter_Click();
 
     Services services_;
     DatabaseEngine engine_;
@@ -97,4 +101,5 @@ private:
     TableName table_name_;
     WarningSwitch warning_switch_;
     TransferCommands transfer_;
+    QPointer<ReviewWindow> review_window_;
 };

@@ -46,7 +46,7 @@ void add_help_menu(QMenuBar &bar, Menus &menus)
 
 void disable_what_has_no_command(const Menus &menus)
 {
-    for (QAction *entry : {menus.ManipulateText, menus.ReviewFilter, menus.MailProfiles})
+    for (QAction *entry : {menus.ManipulateText, menus.MailProfiles})
         entry->setEnabled(false);
 }
 } // namespace
