@@ -10,6 +10,7 @@
 #include "db/master_tab.h"
 #include "mail/mail_store.h"
 #include "mail/new_email_tab.h"
+#include "mail/review_window.h"
 #include "platform/prompts.h"
 #include "platform/skipped_steps.h"
 #include "schedule/schedule_tab.h"
@@ -78,8 +79,9 @@ MainWindow::MainWindow(const Services &services)
 
 MainWindow::~MainWindow()
 {
-    // Both hold references to what this window owns: they go first.
+    // The tabs and the other windows hold references to what this window owns: they go first.
     delete manipulator_.data();
+    delete review_window_.data();
     delete takeCentralWidget();
 }
 
@@ -132,6 +134,7 @@ void MainWindow::wire_menus()
     handlers_.on_triggered(menus_.SaveGrid, [this] { transfer_.SaveGrid_Click(); });
     handlers_.on_triggered(menus_.PrintAddresses, [this] { transfer_.PrintAddresses_Click(); });
     handlers_.on_triggered(menus_.ImportHelp, [this] { transfer_.ImportHelp_Click(); });
+    handlers_.on_triggered(menus_.ReviewFilter, [this] { ReviewFilter_Click(); });
     handlers_.on(menus_.Tools, &QMenu::aboutToShow,
                  [this] { menus_.WarningSwitch->setChecked(warning_switch_.is_stored()); });
 }
@@ -243,4 +246,16 @@ void MainWindow::WarningSwitch_Click()
 {
     warning_switch_.WarningSwitch_Click(menus_.WarningSwitch->isChecked());
     menus_.WarningSwitch->setChecked(warning_switch_.is_stored());
+}
+
+void MainWindow::ReviewFilter_Click()
+{
+    if (review_window_.isNull()) {
+        review_window_ = new ReviewWindow(
+            {engine_, services_.settings, services_.prompts, progress_, handlers_}, this);
+        review_window_->open();
+    }
+    review_window_->show();
+    review_window_->raise();
+    review_window_->activateWindow();
 }

@@ -31,9 +31,9 @@
 #include <QMainWindow>
 #include <QPointer>
 
-class TextManipulator;
-
+class ReviewWindow;
 class ScheduleTab;
+class TextManipulator;
 
 /// The main window. It sets the tabs side by side, owns what they share (the two data connections,
 /// the log, "Please Wait!"), and hands references on.
@@ -83,6 +83,7 @@ private:
     void ManipulateText_Click();
     void HelpFile_Click();
     void WarningSwitch_Click();
+    void ReviewFilter_Click();
 
     Services services_;
     DatabaseEngine engine_;
@@ -117,4 +118,5 @@ private:
     WarningSwitch warning_switch_;
     TransferCommands transfer_;
     QPointer<TextManipulator> manipulator_;
+    QPointer<ReviewWindow> review_window_;
 };

@@ -46,8 +46,7 @@ void add_help_menu(QMenuBar &bar, Menus &menus)
 
 void disable_what_has_no_command(const Menus &menus)
 {
-    for (QAction *entry : {menus.ReviewFilter, menus.MailProfiles})
-        entry->setEnabled(false);
+    menus.MailProfiles->setEnabled(false);
 }
 } // namespace
 
