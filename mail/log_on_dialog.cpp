@@ -30,13 +30,13 @@ public:
 private:
     void judge()
     {
-        const InboxKind kind = inbox_kind(chosen());
-        ui_.buttons->button(QDialogButtonBox::Ok)->setEnabled(kind != InboxKind::None);
+        const LocalInboxKind kind = local_inbox_kind(chosen());
+        ui_.buttons->button(QDialogButtonBox::Ok)->setEnabled(kind != LocalInboxKind::None);
         ui_.verdict->setText(
-            chosen().isEmpty()           ? QString()
-            : kind == InboxKind::None    ? QStringLiteral("There is no inbox at this path.")
-            : kind == InboxKind::Maildir ? QStringLiteral("This is a Maildir folder.")
-                                         : QStringLiteral("This is read as a mailbox file."));
+            chosen().isEmpty()                ? QString()
+            : kind == LocalInboxKind::None    ? QStringLiteral("There is no inbox at this path.")
+            : kind == LocalInboxKind::Maildir ? QStringLiteral("This is a Maildir folder.")
+                                              : QStringLiteral("This is read as a mailbox file."));
     }
 
     void browse_folder() { take(QFileDialog::getExistingDirectory(this, {}, chosen())); }

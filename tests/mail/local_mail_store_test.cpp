@@ -119,11 +119,11 @@ TEST_F(LocalStore, TellsMaildirsFromMailboxFiles)
     QDir().mkpath(home.file("dir/cur"));
     QDir().mkpath(home.file("plain"));
     put_file(home.file("file"), "");
-    EXPECT_EQ(inbox_kind(home.file("dir")), InboxKind::Maildir);
-    EXPECT_EQ(inbox_kind(home.file("file")), InboxKind::Mbox);
-    EXPECT_EQ(inbox_kind(home.file("plain")), InboxKind::None);
-    EXPECT_EQ(inbox_kind(home.file("none")), InboxKind::None);
-    EXPECT_EQ(inbox_kind(""), InboxKind::None);
+    EXPECT_EQ(local_inbox_kind(home.file("dir")), LocalInboxKind::Maildir);
+    EXPECT_EQ(local_inbox_kind(home.file("file")), LocalInboxKind::Mbox);
+    EXPECT_EQ(local_inbox_kind(home.file("plain")), LocalInboxKind::None);
+    EXPECT_EQ(local_inbox_kind(home.file("none")), LocalInboxKind::None);
+    EXPECT_EQ(local_inbox_kind(""), LocalInboxKind::None);
 }
 
 TEST_F(LocalStore, AsksForAnInboxWhenThereIsNone)
