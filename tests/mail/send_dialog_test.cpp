@@ -121,7 +121,19 @@ TEST_F(SendDialogWindow, ShowsMarkupAsText)
         EXPECT_EQ(window.findChild<QLineEdit *>("subject")->text(), "<h1>x</h1>  y");
         EXPECT_EQ(window.findChild<QPlainTextEdit *>("text")->toPlainText(),
                   "<img src='file:///etc/passwd'>");
-        EXPECT_EQ(label(window, "attachment"), "<i>a</i>\\n.txt (2 bytes), from /x/<i>a</i>\\n.txt");
+        EXPECT_EQ(label(window, "attachment"),
+                  "<i>a</i>\\n.txt (2 bytes), from /x/<i>a</i>\\n.txt");
+        window.reject();
+    });
+}
+
+TEST_F(SendDialogWindow, StaysNarrowAroundLongWords)
+{
+    OutgoingMessage shown = message();
+    shown.to = {QString(60, 'a') + "@" + QString("example.").repeated(23) + "org"};
+    shown.attachment = Attachment{"/" + QString(280, 'x'), QString(250, 'x'), "xy"};
+    review(shown, [](QDialog &window) {
+        EXPECT_LT(window.width(), 800);
         window.reject();
     });
 }
