@@ -1,28 +1,32 @@
 #pragma once
 
 #include "mail/inbox.h"
-#include "mail/log_on.h"
+#include "mail/mail_accounts.h"
 #include "mail/mail_store.h"
+#include "mail/profile_inbox.h"
 
 #include <QString>
 
+#include <map>
 #include <memory>
 #include <optional>
 
-/// The mail store over a mailbox of this machine: a Maildir folder or an mbox file.
+/// The mail store over a user's mail profiles. The empty profile is the local inbox and the
+/// sendmail program of this machine.
 ///
-/// The empty profile is the user's local inbox (local_inbox()). When there is none, or the profile
-/// is unknown, SignOn asks the log-on dialog for an inbox, which holds for that session only;
-/// without an answer it throws RuntimeError 32000 that tells what was missing. All failures of use
-/// (no session, no current message …) are RuntimeError 32000 too, an index out of range is 9.
+/// What the profile lacks for the session is asked for and holds for that session only; without an
+/// answer the operation throws RuntimeError 32000 that tells what was missing (MailAccounts). All
+/// failures of use (no session, no current message …) are RuntimeError 32000 too, an index out of
+/// range is 9.
 class LocalMailStore : public MailStore
 {
 public:
-    /// @param dialog  may be null: nobody is there to ask; else it outlives the store.
-    explicit LocalMailStore(LogOnDialog *dialog = nullptr)
+    /// @param accounts  outlives the store.
+    LocalMailStore(MailAccounts &accounts, InboxOpener open_inbox)
         : session_(*this),
           messages_(*this),
-          dialog_(dialog)
+          accounts_(accounts),
+          open_inbox_(std::move(open_inbox))
     {
     }
 
@@ -37,9 +41,12 @@ private:
 
         void set_UserName(const QString &profile) override { user_name_ = profile; }
         QString UserName() const override { return user_name_; }
-        /// Nothing to do: a local inbox has no server behind it.
-        void set_DownLoadMail(bool download) override;
-        /// A session that is still open is closed first.
+        /// With false the next sign-on is one to send: the profile must be complete for that, and
+        /// the inbox is looked for when it is fetched. Holds for one session.
+        void set_DownLoadMail(bool download) override { download_mail_ = download; }
+        /// A session that is still open is closed first. Finds what the session needs: the profile,
+        /// the inbox of this machine, the password of a server. Servers themselves are signed on to
+        /// by Fetch and Send.
         void SignOn() override;
         int SessionID() const override { return handle_; }
         /// Closing a session that is not open is nothing.
@@ -48,6 +55,7 @@ private:
     private:
         LocalMailStore &store_;
         QString user_name_;
+        bool download_mail_ = true;
         int handle_ = 0;
         int last_handle_ = 0;
     };
@@ -58,6 +66,7 @@ private:
         explicit Messages(LocalMailStore &store) : store_(store) {}
 
         void set_SessionID(int handle) override;
+        /// A server that refuses the password has the person asked for another one.
         void Fetch() override;
         /// 0 until the inbox is fetched.
         int MsgCount() const override { return count_; }
@@ -83,7 +92,7 @@ private:
         void unbind();
 
     private:
-        Inbox &bound_inbox() const;
+        Inbox &bound_inbox();
         const MessageFields &current() const;
         [[noreturn]] static void refuse_to_send();
 
@@ -93,10 +102,17 @@ private:
         std::optional<MessageFields> current_;
     };
 
-    std::unique_ptr<Inbox> find_inbox(const QString &profile) const;
+    void open(MailUse use);
+    void close();
+    const MailProfile &profile_for(MailUse use);
+    Inbox &inbox();
+    void fetch_inbox();
 
     Session session_;
     Messages messages_;
-    LogOnDialog *dialog_;
-    std::unique_ptr<Inbox> inbox_; // while a session is open
+    MailAccounts &accounts_;
+    InboxOpener open_inbox_;
+    // While a session is open: the profile found for each use, and the inbox once it is looked for.
+    std::map<MailUse, MailProfile> profiles_;
+    std::unique_ptr<Inbox> inbox_;
 };

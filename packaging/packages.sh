@@ -4,7 +4,7 @@
 # To build Ostrix and to see it: without a font Qt shows no text; xdg-utils opens the help.
 build_packages=(
     g++ cmake ninja-build pkgconf
-    qt6-base-dev libsqlite3-dev libsqlitecpp-dev libgmime-3.0-dev
+    qt6-base-dev qtkeychain-qt6-dev libsqlite3-dev libsqlitecpp-dev libgmime-3.0-dev
     fonts-dejavu-core xdg-utils
 )
 
