@@ -1,11 +1,12 @@
 # shellcheck shell=bash disable=SC2034
 # The Debian packages that the commands need, named here and nowhere else.
 
-# To build Ostrix and to see it: without a font Qt shows no text; xdg-utils opens the help.
+# To build Ostrix and to use it: without a font Qt shows no text; xdg-utils opens the help; mail
+# servers are checked against ca-certificates.
 build_packages=(
     g++ cmake ninja-build pkgconf
     qt6-base-dev qtkeychain-qt6-dev libsqlite3-dev libsqlitecpp-dev libgmime-3.0-dev
-    fonts-dejavu-core xdg-utils
+    fonts-dejavu-core xdg-utils ca-certificates
 )
 
 # A desktop that offers Wayland alone.
@@ -17,7 +18,8 @@ sample_packages=(fonts-droid-fallback)
 # A display for a machine that has none.
 headless_packages=(xvfb)
 
-test_packages=(libgtest-dev libgmock-dev)
+# openssl makes the certificates of the tests' mail servers.
+test_packages=(libgtest-dev libgmock-dev openssl)
 
 # What the benchmarks measure with and beside.
 bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)
