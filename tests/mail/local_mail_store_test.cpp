@@ -3,7 +3,7 @@
 #include "mail/sign_in_refused.h"
 #include "platform/drive_path.h"
 #include "tests/mail/mail_texts.h"
-#include "tests/mail/password_fakes.h"
+#include "tests/support/password_fakes.h"
 #include "tests/support/private_home.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "mail/mail_accounts.h"
 #include "platform/runtime_error.h"
 #include "tests/mail/mail_texts.h"
-#include "tests/mail/password_fakes.h"
+#include "tests/support/password_fakes.h"
 #include "tests/support/private_home.h"
 
 #include <QFile>

@@ -1,5 +1,5 @@
 #include "mail/keychain_passwords.h"
-#include "tests/mail/password_fakes.h"
+#include "tests/support/password_fakes.h"
 #include "tests/support/private_home.h"
 
 #include <QDirIterator>

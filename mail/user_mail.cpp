@@ -1,0 +1,16 @@
+#include "mail/user_mail.h"
+
+#include "mail/service_lookup.h"
+
+UserMail::UserMail(const QString &profile_file, LogOnDialog *dialog, NetworkConditions conditions)
+    : conditions_(std::move(conditions)),
+      accounts_(ProfileFile(profile_file), keychain_, dialog,
+                {conditions_.patience, conditions_.turn}),
+      store_(accounts_, inbox_opener(conditions_))
+{
+}
+
+ProfileDesk UserMail::profile_desk()
+{
+    return {accounts_, inbox_opener(conditions_), way_out_trial(conditions_), name_service()};
+}
