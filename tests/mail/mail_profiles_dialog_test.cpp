@@ -24,7 +24,7 @@ public:
     explicit ProfilesWindow(QDialog &dialog) : dialog_(dialog)
     {
         dialog.activateWindow(); // only in an active window does a field notice that it is left
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }));
     }
 
     template <typename Control>
