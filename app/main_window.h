@@ -26,6 +26,8 @@
 
 #include <QMainWindow>
 
+class MailProfilesDialog;
+
 /// The main window. It sets the tabs side by side, owns what they share (the two data connections,
 /// the log, "Please Wait!"), and hands references on.
 class MainWindow : public QMainWindow
@@ -48,6 +50,9 @@ public:
     DataConnection &work_table() { return Data1; }
     DataConnection &master_list() { return Data2; }
     const SharedControls &controls() const { return controls_; }
+    /// "Mail Profiles": opens their window; returns when it is closed.
+    void MailProfiles_Click();
+
     ProgressReport &progress() { return progress_; }
     const EventHandlers &handlers() const { return handlers_; }
 
@@ -95,4 +100,5 @@ private:
     bool attended_ = true;
     TableName table_name_;
     WarningSwitch warning_switch_;
+    MailProfilesDialog *profiles_ = nullptr; // owned by the window; made when first opened
 };

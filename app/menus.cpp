@@ -46,9 +46,8 @@ void add_help_menu(QMenuBar &bar, Menus &menus)
 
 void disable_what_has_no_command(const Menus &menus)
 {
-    for (QAction *entry :
-         {menus.Export, menus.Import, menus.ManipulateText, menus.SaveGrid, menus.PrintAddresses,
-          menus.ImportHelp, menus.ReviewFilter, menus.MailProfiles})
+    for (QAction *entry : {menus.Export, menus.Import, menus.ManipulateText, menus.SaveGrid,
+                           menus.PrintAddresses, menus.ImportHelp, menus.ReviewFilter})
         entry->setEnabled(false);
 }
 } // namespace

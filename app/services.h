@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/profile_desk.h"
 #include "platform/date_time_text.h"
 
 class MailStore;
@@ -13,4 +14,5 @@ struct Services
     Prompts &prompts;
     MailStore &mail;
     Clock clock;
+    ProfileDesk profiles;
 };

@@ -251,9 +251,13 @@ void ServerConnection::report_lost() const
         fail(step_, socket_->errorString());
     const bool was_closed = socket_->error() == QAbstractSocket::RemoteHostClosedError ||
                             socket_->error() == QAbstractSocket::UnknownSocketError;
-    throw LineLost(error_number::mail_failure,
-                   described(step_, was_closed ? QStringLiteral("the server closed the line")
-                                               : socket_->errorString()));
+    fail_as<LineLost>(step_, was_closed ? QStringLiteral("the server closed the line")
+                                        : socket_->errorString());
+}
+
+void ServerConnection::hurry(std::chrono::milliseconds patience)
+{
+    conditions_.patience = std::min(conditions_.patience, patience);
 }
 
 void ServerConnection::close()
@@ -276,7 +280,7 @@ void ServerConnection::hide(const QByteArray &secret)
 
 void ServerConnection::fail(const QString &step, const QString &words) const
 {
-    throw RuntimeError(error_number::mail_failure, described(step, words));
+    fail_as<RuntimeError>(step, words);
 }
 
 QString ServerConnection::described(const QString &step, const QString &words) const

@@ -71,6 +71,8 @@ public:
     QByteArray read_piece_of_line(qsizetype limit);
     /// Exactly `count` bytes.
     QByteArray read_bytes(qsizetype count);
+    /// From now on no wait is longer than this.
+    void hurry(std::chrono::milliseconds patience);
     /// What was written goes out, as far as the server takes it at once. Never fails.
     void close();
 
@@ -83,6 +85,22 @@ public:
     /// Throws the failure of a step ("logging in") with the server's words, control characters
     /// taken out and cut to a readable length; never names a secret.
     [[noreturn]] void fail(const QString &step, const QString &words) const;
+    /// The same as another kind of RuntimeError.
+    template <typename Error>
+    [[noreturn]] void fail_as(const QString &step, const QString &words) const
+    {
+        throw Error(error_number::mail_failure, described(step, words));
+    }
+    /// Runs `what`, which knows nothing of lines, and tells its failure as this server's.
+    template <typename What>
+    auto telling_failure(What &&what) const
+    {
+        try {
+            return what();
+        } catch (const RuntimeError &error) {
+            fail(step_, error.description());
+        }
+    }
 
 private:
     /// How long a reading waits: until `end`, or anew once so many bytes have been received.

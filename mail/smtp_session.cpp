@@ -2,6 +2,7 @@
 
 #include "mail/recipient.h"
 #include "mail/sasl.h"
+#include "mail/sign_in_refused.h"
 
 #include <utility>
 
@@ -115,15 +116,13 @@ void SmtpSession::sign_on_with(const Credentials &credentials)
         line_.hide(opening.mid(blank + 1));
     SmtpReply reply = command("AUTH " + opening);
     for (int count = 0; reply.code == go_on && count < most_challenges; ++count) {
-        QByteArray answer;
-        try {
-            answer = talk.answer(reply.lines.constLast());
-            line_.hide(answer);
-        } catch (const RuntimeError &error) {
-            fail(error.description());
-        }
+        const QByteArray answer =
+            line_.telling_failure([&] { return talk.answer(reply.lines.constLast()); });
+        line_.hide(answer);
         reply = command(answer);
     }
+    if (reply.is_for_good())
+        line_.fail_as<SignInRefused>(line_.step(), reply.words());
     if (reply.code != signed_on)
         fail(reply.words());
     if (!talk.is_complete())
@@ -164,6 +163,8 @@ void SmtpSession::go_through(const std::vector<SmtpStep> &steps)
 
 void SmtpSession::quit()
 {
+    constexpr auto last_words = std::chrono::seconds(2);
+    line_.hurry(last_words);
     attempt([this] { command("QUIT"); });
     line_.close();
 }

@@ -12,6 +12,7 @@ public:
                NetworkConditions conditions);
 
     QString name() const override;
+    QString try_out() override;
     std::vector<RecipientFate> hand_over(const QString &sender, const QStringList &recipients,
                                          const QByteArray &message) override;
 
