@@ -12,11 +12,17 @@ namespace
 
 void LocalMailStore::open(MailUse use)
 {
-    const MailProfile &profile = profile_for(use);
+    profile_for(use);
     if (use == MailUse::Sending)
         return;
     inbox();
-    // Asked for now, not when the line to the server stands and waits. A token ages: it comes late.
+    need_password(use);
+}
+
+// Asked for before the line to the server stands and waits. A token ages: it comes late.
+void LocalMailStore::need_password(MailUse use)
+{
+    const MailProfile &profile = profile_for(use);
     const MailServer *server = server_for(profile, use);
     if (server != nullptr && server->sign_in == SignInKind::Password)
         accounts_.credentials(profile, use);
@@ -62,6 +68,26 @@ void LocalMailStore::fetch_inbox()
     }
 }
 
+// A refusal means that nothing has gone out yet; what the person was shown is not shown again.
+void LocalMailStore::send(const ComposeBuffer &message, SendDialog *dialog)
+{
+    const MailProfile &profile = profile_for(MailUse::Sending);
+    need_password(MailUse::Sending);
+    const SendingAccount account{
+        profile, [this, &profile] { return accounts_.credentials(profile, MailUse::Sending); }};
+    for (;;) {
+        try {
+            send_message(message, account, sending_, dialog);
+            accounts_.accepted(profile, MailUse::Sending);
+            return;
+        } catch (const SignInRefused &refusal) {
+            if (!accounts_.ask_again(profile, MailUse::Sending, refusal.description()))
+                throw;
+            dialog = nullptr;
+        }
+    }
+}
+
 void LocalMailStore::Session::SignOn()
 {
     handle_ = 0;
@@ -98,8 +124,11 @@ void LocalMailStore::Messages::set_MsgIndex(int index)
 {
     constexpr int compose_buffer = -1;
     current_.reset();
-    if (index == compose_buffer)
+    draft_.reset();
+    if (index == compose_buffer) {
+        draft_.emplace();
         return;
+    }
     if (index < 0 || index >= count_)
         throw RuntimeError(error_number::subscript_out_of_range,
                            QStringLiteral("There is no message number %1: %2 were fetched.")
@@ -108,10 +137,15 @@ void LocalMailStore::Messages::set_MsgIndex(int index)
     current_ = bound_inbox().read(index);
 }
 
-Inbox &LocalMailStore::Messages::bound_inbox()
+void LocalMailStore::Messages::require_binding() const
 {
     if (!is_bound_)
         fail(QStringLiteral("The message set is not bound to an open mail session."));
+}
+
+Inbox &LocalMailStore::Messages::bound_inbox()
+{
+    require_binding();
     return store_.inbox();
 }
 
@@ -129,52 +163,54 @@ void LocalMailStore::Messages::unbind()
     current_.reset();
 }
 
-void LocalMailStore::Messages::refuse_to_send()
+ComposeBuffer &LocalMailStore::Messages::draft()
 {
-    fail(QStringLiteral("Sending is not built yet"));
+    if (!draft_)
+        fail(QStringLiteral("No new message is current in the message set."));
+    return *draft_;
 }
 
-void LocalMailStore::Messages::set_RecipIndex(int)
+void LocalMailStore::Messages::set_RecipIndex(int index)
 {
-    refuse_to_send();
+    draft().set_RecipIndex(index);
 }
 
-void LocalMailStore::Messages::set_RecipType(int)
+void LocalMailStore::Messages::set_RecipType(int type)
 {
-    refuse_to_send();
+    draft().set_RecipType(type);
 }
 
-void LocalMailStore::Messages::set_RecipAddress(const QString &)
+void LocalMailStore::Messages::set_RecipAddress(const QString &address)
 {
-    refuse_to_send();
+    draft().set_RecipAddress(address);
 }
 
 void LocalMailStore::Messages::ResolveName()
 {
-    refuse_to_send();
+    draft().ResolveName();
 }
 
-void LocalMailStore::Messages::set_MsgSubject(const QString &)
+void LocalMailStore::Messages::set_MsgSubject(const QString &subject)
 {
-    refuse_to_send();
+    draft().set_MsgSubject(subject);
 }
 
-void LocalMailStore::Messages::set_MsgNoteText(const QString &)
+void LocalMailStore::Messages::set_MsgNoteText(const QString &text)
 {
-    refuse_to_send();
+    draft().set_MsgNoteText(text);
 }
 
-void LocalMailStore::Messages::set_AttachmentPathName(const QString &)
+void LocalMailStore::Messages::set_AttachmentPathName(const QString &path)
 {
-    refuse_to_send();
+    draft().set_AttachmentPathName(path);
 }
 
-void LocalMailStore::Messages::Send(bool)
+void LocalMailStore::Messages::Send(bool show_dialog)
 {
-    refuse_to_send();
-}
-
-void LocalMailStore::Messages::Copy()
-{
-    refuse_to_send();
+    require_binding();
+    const ComposeBuffer message = draft();
+    draft_.reset(); // whatever comes of it: nothing goes out twice
+    NoSendDialog nobody;
+    SendDialog *asked = store_.send_dialog_ != nullptr ? store_.send_dialog_ : &nobody;
+    store_.send(message, show_dialog ? asked : nullptr);
 }

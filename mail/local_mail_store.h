@@ -4,6 +4,7 @@
 #include "mail/mail_accounts.h"
 #include "mail/mail_store.h"
 #include "mail/profile_inbox.h"
+#include "mail/send_message.h"
 
 #include <QString>
 
@@ -21,12 +22,17 @@
 class LocalMailStore : public MailStore
 {
 public:
-    /// @param accounts  outlives the store.
-    LocalMailStore(MailAccounts &accounts, InboxOpener open_inbox)
+    /// @param accounts     outlives the store.
+    /// @param send_dialog  may be null: nobody is there to be shown a message; else it outlives the
+    /// store.
+    LocalMailStore(MailAccounts &accounts, InboxOpener open_inbox,
+                   SendDialog *send_dialog = nullptr, SendingConditions sending = {})
         : session_(*this),
           messages_(*this),
           accounts_(accounts),
-          open_inbox_(std::move(open_inbox))
+          open_inbox_(std::move(open_inbox)),
+          send_dialog_(send_dialog),
+          sending_(std::move(sending))
     {
     }
 
@@ -70,6 +76,7 @@ private:
         void Fetch() override;
         /// 0 until the inbox is fetched.
         int MsgCount() const override { return count_; }
+        /// -1 starts an empty new message, which stays through set_SessionID.
         void set_MsgIndex(int index) override;
 
         QString MsgOrigAddress() const override { return current().address; }
@@ -85,33 +92,42 @@ private:
         void set_MsgSubject(const QString &subject) override;
         void set_MsgNoteText(const QString &text) override;
         void set_AttachmentPathName(const QString &path) override;
+        /// Hands the new message over; afterwards there is none any more, whatever came of it.
+        /// @throws RuntimeError as send_message() does.
         void Send(bool show_dialog) override;
-        void Copy() override;
+        /// Nothing: the compose buffer needs no copy.
+        void Copy() override {}
 
         /// Forgets the session and what was read in it.
         void unbind();
 
     private:
+        void require_binding() const;
         Inbox &bound_inbox();
+        ComposeBuffer &draft();
         const MessageFields &current() const;
-        [[noreturn]] static void refuse_to_send();
 
         LocalMailStore &store_;
         bool is_bound_ = false;
         int count_ = 0;
         std::optional<MessageFields> current_;
+        std::optional<ComposeBuffer> draft_; // the compose buffer, when it is the current message
     };
 
     void open(MailUse use);
     void close();
     const MailProfile &profile_for(MailUse use);
     Inbox &inbox();
+    void need_password(MailUse use);
     void fetch_inbox();
+    void send(const ComposeBuffer &message, SendDialog *dialog);
 
     Session session_;
     Messages messages_;
     MailAccounts &accounts_;
     InboxOpener open_inbox_;
+    SendDialog *send_dialog_;
+    SendingConditions sending_;
     // While a session is open: the profile found for each use, and the inbox once it is looked for.
     std::map<MailUse, MailProfile> profiles_;
     std::unique_ptr<Inbox> inbox_;

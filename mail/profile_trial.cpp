@@ -1,6 +1,9 @@
 #include "mail/profile_trial.h"
 
 #include "mail/local_inbox.h"
+#include "mail/local_sender.h"
+#include "mail/sendmail_way_out.h"
+#include "mail/smtp_session.h"
 #include "platform/runtime_error.h"
 
 namespace
@@ -42,10 +45,18 @@ QString told(const QString &what, bool &all_well, Step step)
 }
 } // namespace
 
-WayOutTrial way_out_trial(NetworkConditions)
+WayOutTrial way_out_trial(NetworkConditions conditions)
 {
-    return [](const MailProfile &, const std::function<Credentials()> &) -> QString {
-        fail(QStringLiteral("Sending is not built yet"));
+    return [conditions = std::move(conditions)](const MailProfile &profile,
+                                                const std::function<Credentials()> &credentials) {
+        sender_of(profile);
+        const MailServer *server = server_for(profile, MailUse::Sending);
+        if (server == nullptr)
+            return QStringLiteral("the program %1 takes it.")
+                .arg(find_sendmail(profile.sendmail_program));
+        SmtpSession session(*server, credentials, conditions);
+        session.quit();
+        return QStringLiteral("the mail server %1 takes it.").arg(server->host);
     };
 }
 

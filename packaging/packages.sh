@@ -18,8 +18,8 @@ sample_packages=(fonts-droid-fallback)
 # A display for a machine that has none.
 headless_packages=(xvfb)
 
-# openssl makes the certificates of the tests' mail servers.
-test_packages=(libgtest-dev libgmock-dev openssl)
+# openssl makes the certificates of the tests' mail servers; python3-aiosmtpd is one that takes mail.
+test_packages=(libgtest-dev libgmock-dev openssl python3-aiosmtpd)
 
 # What the benchmarks measure with and beside.
 bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)
