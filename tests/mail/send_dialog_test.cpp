@@ -127,6 +127,17 @@ TEST_F(SendDialogWindow, ShowsMarkupAsText)
     });
 }
 
+TEST_F(SendDialogWindow, StaysNarrowAroundLongWords)
+{
+    OutgoingMessage shown = message();
+    shown.to = {QString(60, 'a') + "@" + QString("example.").repeated(23) + "org"};
+    shown.attachment = Attachment{"/" + QString(280, 'x'), QString(250, 'x'), "xy"};
+    review(shown, [](QDialog &window) {
+        EXPECT_LT(window.width(), 800);
+        window.reject();
+    });
+}
+
 TEST_F(SendDialogWindow, ChangesNothing)
 {
     review(message(), [](QDialog &window) {
