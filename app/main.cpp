@@ -32,8 +32,8 @@ int main(int argc, char **argv)
     const MainWindow *attended_window = nullptr;
     QtLogOnDialog log_on([&] { return attended_window->is_attended(); });
     QtSendDialog send_dialog([&] { return attended_window->is_attended(); });
-    UserMail mail(settings_file(SettingsStore::application, QStringLiteral("profiles")), &log_on,
-                  &send_dialog, patient_network());
+    UserMail mail(settings_file(SettingsStore::application, QStringLiteral("profiles")),
+                  {&log_on, &send_dialog}, patient_network());
     MainWindow window(
         {settings, prompts, mail.store(), &QDateTime::currentDateTime, mail.profile_desk()});
     attended_window = &window;

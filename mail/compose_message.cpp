@@ -180,7 +180,7 @@ QByteArray compose_message(const OutgoingMessage &message, const MessageStamp &s
                          stamp.date.toString(Qt::RFC2822Date);
     g_mime_object_set_header(GMIME_OBJECT(mime.get()), "Date", date.toLatin1().constData(),
                              nullptr);
-    const QString id = stamp.id + u'@' + mail_domain(message.sender.address);
+    const QString id = stamp.id + u'@' + domain_of(message.sender.address);
     g_mime_message_set_message_id(mime.get(), id.toLatin1().constData());
     g_mime_message_set_mime_part(mime.get(), body_of(message, stamp).get());
     return bytes_of(mime.get());

@@ -70,7 +70,7 @@ MailServer server(const QString &host, quint16 port, const QString &user, const 
 }
 } // namespace
 
-QString domain_of(const QString &address)
+QString mail_domain(const QString &address)
 {
     const qsizetype at = address.lastIndexOf(u'@');
     return at < 1 ? QString() : address.mid(at + 1).trimmed().toLower();
@@ -78,7 +78,7 @@ QString domain_of(const QString &address)
 
 std::optional<ServerProposal> known_servers(const QString &address)
 {
-    const QString domain = domain_of(address);
+    const QString domain = mail_domain(address);
     const auto found =
         std::find_if(std::begin(providers), std::end(providers), [&](const Provider &provider) {
             return QString::fromLatin1(provider.domains).split(u' ').contains(domain);
@@ -94,7 +94,7 @@ std::optional<ServerProposal> known_servers(const QString &address)
 
 ServerProposal guessed_servers(const QString &address)
 {
-    const QString domain = domain_of(address);
+    const QString domain = mail_domain(address);
     if (!is_host(domain))
         return {};
     const QString user = address.trimmed();

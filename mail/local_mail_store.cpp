@@ -12,11 +12,17 @@ namespace
 
 void LocalMailStore::open(MailUse use)
 {
-    const MailProfile &profile = profile_for(use);
+    profile_for(use);
     if (use == MailUse::Sending)
         return;
     inbox();
-    // Asked for now, not when the line to the server stands and waits. A token ages: it comes late.
+    need_password(use);
+}
+
+// Asked for before the line to the server stands and waits. A token ages: it comes late.
+void LocalMailStore::need_password(MailUse use)
+{
+    const MailProfile &profile = profile_for(use);
     const MailServer *server = server_for(profile, use);
     if (server != nullptr && server->sign_in == SignInKind::Password)
         accounts_.credentials(profile, use);
@@ -196,5 +202,6 @@ void LocalMailStore::Messages::Send(bool show_dialog)
     draft_.reset(); // whatever comes of it: nothing goes out twice
     NoSendDialog nobody;
     SendDialog *asked = store_.send_dialog_ != nullptr ? store_.send_dialog_ : &nobody;
+    store_.need_password(MailUse::Sending);
     send_message(message, store_.sending_account(), store_.sending_, show_dialog ? asked : nullptr);
 }

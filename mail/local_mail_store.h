@@ -23,7 +23,7 @@ class LocalMailStore : public MailStore
 {
 public:
     /// @param accounts     outlives the store.
-    /// @param send_dialog  may be null: nobody is there to be shown anything; else it outlives the
+    /// @param send_dialog  may be null: nobody is there to be shown a message; else it outlives the
     /// store.
     LocalMailStore(MailAccounts &accounts, InboxOpener open_inbox,
                    SendDialog *send_dialog = nullptr, SendingConditions sending = {})
@@ -119,6 +119,7 @@ private:
     void close();
     const MailProfile &profile_for(MailUse use);
     Inbox &inbox();
+    void need_password(MailUse use);
     void fetch_inbox();
     SendingAccount sending_account();
 

@@ -217,7 +217,7 @@ void MailProfilesDialog::sender_address_Change()
 void MailProfilesDialog::find_servers_Click()
 {
     const QString address = ui_->form->profile().sender_address;
-    const QString domain = domain_of(address);
+    const QString domain = mail_domain(address);
     if (domain.isEmpty()) {
         say(QStringLiteral("Type your e-mail address first."));
         return;
@@ -248,7 +248,7 @@ bool MailProfilesDialog::agrees_to(const ServerProposal &proposal, const QString
            prompts_.yes_no(QStringLiteral("The name service names servers outside %1:\n\n%2\n\n"
                                           "They would be given your user name and password. Do "
                                           "you want to use them?")
-                               .arg(domain_of(address), foreign.join(u'\n')));
+                               .arg(mail_domain(address), foreign.join(u'\n')));
 }
 
 void MailProfilesDialog::test_profile_Click()

@@ -40,10 +40,6 @@ public:
     /// For a person: "the mail server mail.example.org", "the program /usr/sbin/sendmail".
     virtual QString name() const = 0;
 
-    /// Finds out whether messages can go this way, without sending one. @return what was found, as
-    /// a sentence. @throws RuntimeError 32000 with what failed.
-    virtual QString try_out() = 0;
-
     /// Hands one message over for all recipients, in as many envelopes as the way takes.
     /// @param message  RFC 5322, CR LF line ends, complete but for what a way out adds itself.
     /// @return the fate of every recipient, in their order.

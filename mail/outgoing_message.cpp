@@ -9,7 +9,7 @@ namespace
 // Domains are equal without regard to letter case (RFC 5321 2.4), local parts are not.
 QString same_for_equal(const QString &address)
 {
-    const QString domain = mail_domain(address);
+    const QString domain = domain_of(address);
     return address.chopped(domain.size()) + domain.toLower();
 }
 } // namespace

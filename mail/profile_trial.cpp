@@ -2,7 +2,8 @@
 
 #include "mail/local_inbox.h"
 #include "mail/local_sender.h"
-#include "mail/mail_way_out.h"
+#include "mail/sendmail_way_out.h"
+#include "mail/smtp_session.h"
 #include "platform/runtime_error.h"
 
 namespace
@@ -48,8 +49,14 @@ WayOutTrial way_out_trial(NetworkConditions conditions)
 {
     return [conditions = std::move(conditions)](const MailProfile &profile,
                                                 const std::function<Credentials()> &credentials) {
-        sender_of(profile); // must be an address
-        return open_way_out(profile, credentials, conditions)->try_out();
+        sender_of(profile);
+        const MailServer *server = server_for(profile, MailUse::Sending);
+        if (server == nullptr)
+            return QStringLiteral("the program %1 takes it.")
+                .arg(find_sendmail(profile.sendmail_program));
+        SmtpSession session(*server, credentials, conditions);
+        session.quit();
+        return QStringLiteral("the mail server %1 takes it.").arg(server->host);
     };
 }
 

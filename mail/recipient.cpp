@@ -171,7 +171,7 @@ bool needs_utf8(const QString &address)
     return !is_ascii(address);
 }
 
-QString mail_domain(const QString &address)
+QString domain_of(const QString &address)
 {
     return address.mid(address.lastIndexOf(u'@') + 1);
 }

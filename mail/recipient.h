@@ -17,7 +17,7 @@ std::optional<QString> resolve_recipient(const QString &text);
 bool needs_utf8(const QString &address);
 
 /// The part of a resolved address behind its last "@".
-QString mail_domain(const QString &address);
+QString domain_of(const QString &address);
 
 /// Text of unknown origin for a person to read in a report: one line, in which control and format
 /// characters stand as "\n", "\t", "\u202E", and which is cut at 300 characters.

@@ -91,11 +91,6 @@ QString SendmailWayOut::name() const
     return QStringLiteral("the program %1").arg(program_);
 }
 
-QString SendmailWayOut::try_out()
-{
-    return QStringLiteral("%1 is there.").arg(name());
-}
-
 std::vector<RecipientFate> SendmailWayOut::hand_over(const QString &sender,
                                                      const QStringList &recipients,
                                                      const QByteArray &message)

@@ -19,4 +19,4 @@ struct ServerProposal
 };
 
 /// The domain of an address in lower case; empty when it has none.
-QString domain_of(const QString &address);
+QString mail_domain(const QString &address);

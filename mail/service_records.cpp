@@ -51,7 +51,7 @@ QStringList service_names(const QString &domain)
 
 ServerProposal servers_from(const std::vector<ServiceRecord> &records, const QString &address)
 {
-    const QString domain = domain_of(address);
+    const QString domain = mail_domain(address);
     ServerProposal proposal;
     for (const Service &service : services) {
         MailServer &server = proposal.*service.server;
@@ -72,7 +72,7 @@ ServerProposal servers_from(const std::vector<ServiceRecord> &records, const QSt
 
 QStringList foreign_hosts(const ServerProposal &proposal, const QString &address)
 {
-    const QString domain = domain_of(address);
+    const QString domain = mail_domain(address);
     QStringList hosts;
     for (const MailServer &server : {proposal.imap, proposal.pop3, proposal.smtp}) {
         if (!server.host.isEmpty() && !is_in_domain(server.host, domain))

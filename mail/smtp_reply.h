@@ -13,7 +13,6 @@ struct SmtpReply
     QList<QByteArray> lines; // without the code
 
     bool is_positive() const { return code / 100 == 2; }
-    bool is_for_good() const { return code / 100 == 5; }
     bool is_for_the_moment() const { return code / 100 == 4; }
     /// The server closes the line with this answer.
     bool is_farewell() const { return code == 421; }

@@ -14,6 +14,7 @@ const QByteArray own_name = QByteArrayLiteral("[127.0.0.1]");
 
 constexpr int ready = 220;
 constexpr int signed_on = 235;
+constexpr int refused_credentials = 535; // RFC 4954 6
 constexpr int go_on = 334;
 constexpr int most_challenges = 10;
 // RFC 4954 4: a longer initial response does not go on the command's line.
@@ -121,7 +122,7 @@ void SmtpSession::sign_on_with(const Credentials &credentials)
         line_.hide(answer);
         reply = command(answer);
     }
-    if (reply.is_for_good())
+    if (reply.code == refused_credentials)
         line_.fail_as<SignInRefused>(line_.step(), reply.words());
     if (reply.code != signed_on)
         fail(reply.words());

@@ -19,13 +19,6 @@ QString SmtpWayOut::name() const
     return QStringLiteral("the mail server %1").arg(harmless_text(server_.host));
 }
 
-QString SmtpWayOut::try_out()
-{
-    SmtpSession session(server_, credentials_, conditions_);
-    session.quit();
-    return QStringLiteral("%1 is ready to take messages.").arg(name());
-}
-
 std::vector<RecipientFate> SmtpWayOut::hand_over(const QString &sender,
                                                  const QStringList &recipients,
                                                  const QByteArray &message)

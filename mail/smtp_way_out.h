@@ -12,7 +12,6 @@ public:
                NetworkConditions conditions);
 
     QString name() const override;
-    QString try_out() override;
     std::vector<RecipientFate> hand_over(const QString &sender, const QStringList &recipients,
                                          const QByteArray &message) override;
 

@@ -2,12 +2,12 @@
 
 #include "mail/service_lookup.h"
 
-UserMail::UserMail(const QString &profile_file, LogOnDialog *dialog, SendDialog *send_dialog,
+UserMail::UserMail(const QString &profile_file, const StoreDialogs &dialogs,
                    NetworkConditions conditions)
     : conditions_(std::move(conditions)),
-      accounts_(ProfileFile(profile_file), keychain_, dialog,
+      accounts_(ProfileFile(profile_file), keychain_, dialogs.log_on,
                 {conditions_.patience, conditions_.turn}),
-      store_(accounts_, inbox_opener(conditions_), send_dialog,
+      store_(accounts_, inbox_opener(conditions_), dialogs.send,
              {conditions_, &QDateTime::currentDateTime})
 {
 }

@@ -141,7 +141,7 @@ TEST(Recipient, SaysWhetherItNeedsMoreThanAscii)
 
 TEST(Recipient, HasItsDomainBehindTheLastAt)
 {
-    EXPECT_EQ(mail_domain("\"a@b\"@example.org"), "example.org");
+    EXPECT_EQ(domain_of("\"a@b\"@example.org"), "example.org");
 }
 
 TEST(HarmlessText, IsCut)

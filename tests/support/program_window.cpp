@@ -73,7 +73,7 @@ MainWindow &ProgramWindow::window()
 {
     if (window_ == nullptr) {
         window_ = std::make_unique<MainWindow>(
-            Services{settings, prompts_, mail, [this] { return now; }, profile_desk});
+            Services{settings, prompts_, mail_store(), [this] { return now; }, profile_desk});
         prompts_.set_parent(window_.get());
         window_->open();
         QApplication::processEvents();

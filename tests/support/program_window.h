@@ -80,6 +80,9 @@ protected:
     static QByteArray content(const QString &path);
     static void write_file(const QString &path, const QByteArray &content);
 
+    /// The mail store behind the window.
+    virtual MailStore &mail_store() { return mail; }
+
     // In this order: the home is there before all others, and the robot outlives the window.
     PrivateHome home;
     SettingsStore settings;
