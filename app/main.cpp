@@ -1,8 +1,8 @@
 #include "app/main_window.h"
 #include "app/settings_store.h"
-#include "mail/local_mail_store.h"
 #include "mail/log_on_dialog.h"
 #include "mail/send_dialog.h"
+#include "mail/user_mail.h"
 #include "platform/qt_prompts.h"
 
 #include <QApplication>
@@ -10,12 +10,11 @@
 
 namespace
 {
-SendingConditions sending_conditions()
+/// The windows paint while a server keeps the program waiting.
+NetworkConditions patient_network()
 {
-    SendingConditions conditions;
-    conditions.network.turn = [] {
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-    };
+    NetworkConditions conditions;
+    conditions.turn = [] { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); };
     return conditions;
 }
 } // namespace
@@ -33,12 +32,18 @@ int main(int argc, char **argv)
     const MainWindow *attended_window = nullptr;
     QtLogOnDialog log_on([&] { return attended_window->is_attended(); });
     QtSendDialog send_dialog([&] { return attended_window->is_attended(); });
-    LocalMailStore mail(&log_on, &send_dialog, sending_conditions());
-    MainWindow window({settings, prompts, mail, &QDateTime::currentDateTime});
+    UserMail mail(settings_file(SettingsStore::application, QStringLiteral("profiles")),
+                  {&log_on, &send_dialog}, patient_network());
+    MainWindow window(
+        {settings, prompts, mail.store(), &QDateTime::currentDateTime, mail.profile_desk()});
     attended_window = &window;
     prompts.set_parent(&window);
     log_on.set_parent(&window);
     send_dialog.set_parent(&window);
+    log_on.set_profile_editor([&] {
+        window.MailProfiles_Click();
+        return mail.accounts().sound_profiles();
+    });
     window.open();
     return QApplication::exec();
 }

@@ -8,6 +8,7 @@
 #include "app/start_up.h"
 #include "db/list_desk.h"
 #include "db/master_tab.h"
+#include "mail/mail_profiles_dialog.h"
 #include "mail/mail_store.h"
 #include "mail/new_email_tab.h"
 #include "mail/review_window.h"
@@ -135,6 +136,7 @@ void MainWindow::wire_menus()
     handlers_.on_triggered(menus_.PrintAddresses, [this] { transfer_.PrintAddresses_Click(); });
     handlers_.on_triggered(menus_.ImportHelp, [this] { transfer_.ImportHelp_Click(); });
     handlers_.on_triggered(menus_.ReviewFilter, [this] { ReviewFilter_Click(); });
+    handlers_.on_triggered(menus_.MailProfiles, [this] { MailProfiles_Click(); });
     handlers_.on(menus_.Tools, &QMenu::aboutToShow,
                  [this] { menus_.WarningSwitch->setChecked(warning_switch_.is_stored()); });
 }
@@ -240,6 +242,15 @@ void MainWindow::HelpFile_Click()
         QStringLiteral("If the help file does not appear within a few seconds just search for and "
                        "double click on Ostrix.hlp. It's usually in the C:\\Ostrix\\ folder"));
     run_help_launcher();
+}
+
+void MainWindow::MailProfiles_Click()
+{
+    if (profiles_ == nullptr) {
+        profiles_ = new MailProfilesDialog(services_.profiles, services_.prompts, this);
+        profiles_->wire(handlers_);
+    }
+    profiles_->run();
 }
 
 void MainWindow::WarningSwitch_Click()

@@ -31,6 +31,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
+class MailProfilesDialog;
 class ReviewWindow;
 class ScheduleTab;
 class TextManipulator;
@@ -62,6 +63,9 @@ public:
     DataConnection &work_table() { return Data1; }
     DataConnection &master_list() { return Data2; }
     const SharedControls &controls() const { return controls_; }
+    /// "Mail Profiles": opens their window; returns when it is closed.
+    void MailProfiles_Click();
+
     ProgressReport &progress() { return progress_; }
     const EventHandlers &handlers() const { return handlers_; }
 
@@ -119,4 +123,5 @@ private:
     TransferCommands transfer_;
     QPointer<TextManipulator> manipulator_;
     QPointer<ReviewWindow> review_window_;
+    MailProfilesDialog *profiles_ = nullptr; // owned by the window; made when first opened
 };

@@ -1,5 +1,7 @@
 #include "mail/imap_session.h"
 
+#include "mail/sign_in_refused.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -140,7 +142,7 @@ void ImapSession::authenticate_with(SaslTalk talk)
         connection_.write(text + "\r\n");
     };
     if (const auto refusal = finish(send("AUTHENTICATE " + opening), ignore, answer))
-        connection_.fail(connection_.step(), *refusal);
+        connection_.fail_as<SignInRefused>(connection_.step(), *refusal);
     if (!talk.is_complete())
         connection_.fail(connection_.step(),
                          QStringLiteral("the server has not proved that it knows the password"));
@@ -166,7 +168,7 @@ void ImapSession::log_in(const Credentials &credentials)
             connection_.write(rest.takeFirst() + "\r\n");
     };
     if (const auto refusal = finish(send(command), ignore, go_on))
-        connection_.fail(connection_.step(), *refusal);
+        connection_.fail_as<SignInRefused>(connection_.step(), *refusal);
 }
 
 ImapMailbox ImapSession::examine(const QString &mailbox)

@@ -1,8 +1,6 @@
 #include "mail/local_mail_store.h"
 
-#include "mail/local_inbox.h"
-
-#include <QStringList>
+#include "mail/sign_in_refused.h"
 
 namespace
 {
@@ -10,49 +8,87 @@ namespace
 {
     throw RuntimeError(error_number::mail_failure, what);
 }
-
-QString missing_inbox(const QString &profile)
-{
-    if (!profile.isEmpty())
-        return QStringLiteral("There is no mail profile named '%1'.").arg(profile);
-    return QStringLiteral("No local inbox was found. Looked for: %1")
-        .arg(local_inbox_places().join(QStringLiteral(", ")));
-}
 } // namespace
 
-std::unique_ptr<Inbox> LocalMailStore::find_inbox(const QString &profile) const
+void LocalMailStore::open(MailUse use)
 {
-    const QString path = profile.isEmpty() ? local_inbox() : QString();
-    if (!path.isEmpty())
-        return open_inbox(path);
-    const QString reason = missing_inbox(profile);
-    const auto chosen = dialog_ == nullptr ? std::nullopt : dialog_->choose_inbox(reason);
-    if (!chosen)
-        fail(reason);
-    return open_inbox(*chosen);
+    profile_for(use);
+    if (use == MailUse::Sending)
+        return;
+    inbox();
+    need_password(use);
 }
 
-// The empty profile's: the program of this machine, which asks for no password.
-SendingAccount LocalMailStore::account()
+// Asked for before the line to the server stands and waits. A token ages: it comes late.
+void LocalMailStore::need_password(MailUse use)
 {
-    return {MailProfile(), [] { return Credentials(); }};
+    const MailProfile &profile = profile_for(use);
+    const MailServer *server = server_for(profile, use);
+    if (server != nullptr && server->sign_in == SignInKind::Password)
+        accounts_.credentials(profile, use);
+}
+
+void LocalMailStore::close()
+{
+    messages_.unbind();
+    inbox_.reset();
+    profiles_.clear();
+}
+
+const MailProfile &LocalMailStore::profile_for(MailUse use)
+{
+    const auto found = profiles_.find(use);
+    if (found != profiles_.end())
+        return found->second;
+    return profiles_.emplace(use, accounts_.profile_for(session_.UserName(), use)).first->second;
+}
+
+Inbox &LocalMailStore::inbox()
+{
+    if (inbox_ == nullptr) {
+        const MailProfile &profile = profile_for(MailUse::Reading);
+        inbox_ = open_inbox_(
+            profile, [this, profile] { return accounts_.credentials(profile, MailUse::Reading); });
+    }
+    return *inbox_;
+}
+
+void LocalMailStore::fetch_inbox()
+{
+    const MailProfile &profile = profile_for(MailUse::Reading);
+    for (;;) {
+        try {
+            inbox().fetch();
+            accounts_.accepted(profile, MailUse::Reading);
+            return;
+        } catch (const SignInRefused &refusal) {
+            if (!accounts_.ask_again(profile, MailUse::Reading, refusal.description()))
+                throw;
+        }
+    }
+}
+
+SendingAccount LocalMailStore::sending_account()
+{
+    const MailProfile &profile = profile_for(MailUse::Sending);
+    return {profile, [this, profile] { return accounts_.credentials(profile, MailUse::Sending); },
+            [this, profile] { accounts_.accepted(profile, MailUse::Sending); },
+            [this, profile](const QString &refusal) {
+                return accounts_.ask_again(profile, MailUse::Sending, refusal);
+            }};
 }
 
 void LocalMailStore::Session::SignOn()
 {
-    const bool download_mail = download_mail_;
-    SignOff();
-    if (download_mail)
-        store_.inbox_ = store_.find_inbox(user_name_);
-    else if (!user_name_.isEmpty())
-        fail(missing_inbox(user_name_));
+    handle_ = 0;
+    store_.close();
+    store_.open(download_mail_ ? MailUse::Reading : MailUse::Sending);
     handle_ = ++last_handle_;
 }
 
 void LocalMailStore::Session::SignOff()
 {
-    store_.messages_.unbind();
-    store_.inbox_.reset();
+    store_.close();
     handle_ = 0;
     download_mail_ = true;
 }
@@ -67,10 +103,10 @@ void LocalMailStore::Messages::set_SessionID(int handle)
 
 void LocalMailStore::Messages::Fetch()
 {
-    Inbox &inbox = bound_inbox();
+    const Inbox &inbox = bound_inbox();
     current_.reset();
     count_ = 0;
-    inbox.fetch();
+    store_.fetch_inbox();
     count_ = inbox.count();
 }
 
@@ -100,9 +136,7 @@ void LocalMailStore::Messages::require_binding() const
 Inbox &LocalMailStore::Messages::bound_inbox()
 {
     require_binding();
-    if (store_.inbox_ == nullptr)
-        store_.inbox_ = store_.find_inbox(store_.session_.UserName());
-    return *store_.inbox_;
+    return store_.inbox();
 }
 
 const MessageFields &LocalMailStore::Messages::current() const
@@ -168,5 +202,6 @@ void LocalMailStore::Messages::Send(bool show_dialog)
     draft_.reset(); // whatever comes of it: nothing goes out twice
     NoSendDialog nobody;
     SendDialog *asked = store_.send_dialog_ != nullptr ? store_.send_dialog_ : &nobody;
-    send_message(message, store_.account(), store_.sending_, show_dialog ? asked : nullptr);
+    store_.need_password(MailUse::Sending);
+    send_message(message, store_.sending_account(), store_.sending_, show_dialog ? asked : nullptr);
 }

@@ -1,31 +1,36 @@
 #pragma once
 
 #include "mail/inbox.h"
-#include "mail/log_on.h"
+#include "mail/mail_accounts.h"
 #include "mail/mail_store.h"
+#include "mail/profile_inbox.h"
 #include "mail/send_message.h"
 
 #include <QString>
 
+#include <map>
 #include <memory>
 #include <optional>
 
-/// The mail store over a mailbox of this machine: a Maildir folder or an mbox file.
+/// The mail store over a user's mail profiles. The empty profile is the local inbox and the
+/// sendmail program of this machine.
 ///
-/// The empty profile is the user's local inbox (local_inbox()). When there is none, or the profile
-/// is unknown, SignOn asks the log-on dialog for an inbox, which holds for that session only;
-/// without an answer it throws RuntimeError 32000 that tells what was missing. All failures of use
-/// (no session, no current message …) are RuntimeError 32000 too, an index out of range is 9.
+/// What the profile lacks for the session is asked for and holds for that session only; without an
+/// answer the operation throws RuntimeError 32000 that tells what was missing (MailAccounts). All
+/// failures of use (no session, no current message …) are RuntimeError 32000 too, an index out of
+/// range is 9.
 class LocalMailStore : public MailStore
 {
 public:
-    /// @param dialog, send_dialog  may be null: nobody is there to ask; else they outlive the
+    /// @param accounts     outlives the store.
+    /// @param send_dialog  may be null: nobody is there to be shown a message; else it outlives the
     /// store.
-    explicit LocalMailStore(LogOnDialog *dialog = nullptr, SendDialog *send_dialog = nullptr,
-                            SendingConditions sending = {})
+    LocalMailStore(MailAccounts &accounts, InboxOpener open_inbox,
+                   SendDialog *send_dialog = nullptr, SendingConditions sending = {})
         : session_(*this),
           messages_(*this),
-          dialog_(dialog),
+          accounts_(accounts),
+          open_inbox_(std::move(open_inbox)),
           send_dialog_(send_dialog),
           sending_(std::move(sending))
     {
@@ -42,10 +47,12 @@ private:
 
         void set_UserName(const QString &profile) override { user_name_ = profile; }
         QString UserName() const override { return user_name_; }
-        /// With false the next session is one to send: it needs no inbox, which is then looked for
-        /// when it is fetched.
+        /// With false the next sign-on is one to send: the profile must be complete for that, and
+        /// the inbox is looked for when it is fetched. Holds for one session.
         void set_DownLoadMail(bool download) override { download_mail_ = download; }
-        /// A session that is still open is closed first.
+        /// A session that is still open is closed first. Finds what the session needs: the profile,
+        /// the inbox of this machine, the password of a server. Servers themselves are signed on to
+        /// by Fetch and Send.
         void SignOn() override;
         int SessionID() const override { return handle_; }
         /// Closing a session that is not open is nothing.
@@ -65,6 +72,7 @@ private:
         explicit Messages(LocalMailStore &store) : store_(store) {}
 
         void set_SessionID(int handle) override;
+        /// A server that refuses the password has the person asked for another one.
         void Fetch() override;
         /// 0 until the inbox is fetched.
         int MsgCount() const override { return count_; }
@@ -84,7 +92,8 @@ private:
         void set_MsgSubject(const QString &subject) override;
         void set_MsgNoteText(const QString &text) override;
         void set_AttachmentPathName(const QString &path) override;
-        /// Hands the new message over; afterwards there is none any more, whatever came of it.
+        /// Hands the new message over; afterwards there is none any more, whatever came of it. A
+        /// server that refuses the password has the person asked for another one.
         /// @throws RuntimeError as send_message() does.
         void Send(bool show_dialog) override;
         /// Nothing: the compose buffer needs no copy.
@@ -106,13 +115,21 @@ private:
         std::optional<ComposeBuffer> draft_; // the compose buffer, when it is the current message
     };
 
-    std::unique_ptr<Inbox> find_inbox(const QString &profile) const;
-    static SendingAccount account();
+    void open(MailUse use);
+    void close();
+    const MailProfile &profile_for(MailUse use);
+    Inbox &inbox();
+    void need_password(MailUse use);
+    void fetch_inbox();
+    SendingAccount sending_account();
 
     Session session_;
     Messages messages_;
-    LogOnDialog *dialog_;
+    MailAccounts &accounts_;
+    InboxOpener open_inbox_;
     SendDialog *send_dialog_;
     SendingConditions sending_;
-    std::unique_ptr<Inbox> inbox_; // while a session is open
+    // While a session is open: the profile found for each use, and the inbox once it is looked for.
+    std::map<MailUse, MailProfile> profiles_;
+    std::unique_ptr<Inbox> inbox_;
 };

@@ -1,5 +1,7 @@
 #include "mail/pop3_session.h"
 
+#include "mail/sign_in_refused.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -128,7 +130,7 @@ void Pop3Session::authenticate_with(SaslTalk talk)
         line = connection_.read_line();
     }
     if (!is_accepted(line))
-        connection_.fail(connection_.step(), words_of(line));
+        connection_.fail_as<SignInRefused>(connection_.step(), words_of(line));
     if (!talk.is_complete())
         connection_.fail(connection_.step(),
                          QStringLiteral("the server has not proved that it knows the password"));
@@ -143,7 +145,9 @@ void Pop3Session::log_in(const Credentials &credentials)
         connection_.fail(connection_.step(), QStringLiteral("the user name or the password holds a "
                                                             "character that cannot be sent"));
     run("USER " + user);
-    run("PASS " + password);
+    send("PASS " + password);
+    if (const auto refusal = read_status())
+        connection_.fail_as<SignInRefused>(connection_.step(), *refusal);
 }
 
 void Pop3Session::send(const QByteArray &command)

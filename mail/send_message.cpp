@@ -3,6 +3,7 @@
 #include "mail/compose_message.h"
 #include "mail/delivery_fates.h"
 #include "mail/local_sender.h"
+#include "mail/sign_in_refused.h"
 #include "platform/runtime_error.h"
 
 #include <QUuid>
@@ -26,6 +27,21 @@ void review(const OutgoingMessage &message, const QString &way_out, SendDialog &
     }
 }
 
+std::vector<RecipientFate> hand_over(MailWayOut &way_out, const SendingAccount &account,
+                                     const OutgoingMessage &message, const QByteArray &bytes)
+{
+    for (;;) {
+        try {
+            auto fates = way_out.hand_over(message.sender.address, message.recipients(), bytes);
+            account.accepted();
+            return fates;
+        } catch (const SignInRefused &refusal) {
+            if (!account.ask_again(refusal.description()))
+                throw;
+        }
+    }
+}
+
 QString new_id()
 {
     return QUuid::createUuid().toString(QUuid::Id128);
@@ -40,8 +56,7 @@ void send_message(const ComposeBuffer &draft, const SendingAccount &account,
     if (dialog != nullptr)
         review(message, way_out->name(), *dialog);
     const QByteArray bytes = compose_message(message, {conditions.clock(), new_id()});
-    const QString complaint =
-        undelivered(way_out->hand_over(message.sender.address, message.recipients(), bytes));
+    const QString complaint = undelivered(hand_over(*way_out, account, message, bytes));
     if (!complaint.isEmpty())
         throw RuntimeError(error_number::mail_failure, complaint);
 }

@@ -10,6 +10,10 @@ struct SendingAccount
 {
     MailProfile profile;
     std::function<Credentials()> credentials; // asked when a server wants to be signed on to
+    /// The server took them.
+    std::function<void()> accepted = [] {};
+    /// It refused them, in these words. @return whether the next ones may be better.
+    std::function<bool(const QString &words)> ask_again = [](const QString &) { return false; };
 };
 
 /// What sending needs of the world.

@@ -2,6 +2,7 @@
 
 #include "mail/recipient.h"
 #include "mail/sasl.h"
+#include "mail/sign_in_refused.h"
 
 #include <utility>
 
@@ -13,6 +14,7 @@ const QByteArray own_name = QByteArrayLiteral("[127.0.0.1]");
 
 constexpr int ready = 220;
 constexpr int signed_on = 235;
+constexpr int refused_credentials = 535; // RFC 4954 6
 constexpr int go_on = 334;
 constexpr int most_challenges = 10;
 // RFC 4954 4: a longer initial response does not go on the command's line.
@@ -115,15 +117,13 @@ void SmtpSession::sign_on_with(const Credentials &credentials)
         line_.hide(opening.mid(blank + 1));
     SmtpReply reply = command("AUTH " + opening);
     for (int count = 0; reply.code == go_on && count < most_challenges; ++count) {
-        QByteArray answer;
-        try {
-            answer = talk.answer(reply.lines.constLast());
-            line_.hide(answer);
-        } catch (const RuntimeError &error) {
-            fail(error.description());
-        }
+        const QByteArray answer =
+            line_.telling_failure([&] { return talk.answer(reply.lines.constLast()); });
+        line_.hide(answer);
         reply = command(answer);
     }
+    if (reply.code == refused_credentials)
+        line_.fail_as<SignInRefused>(line_.step(), reply.words());
     if (reply.code != signed_on)
         fail(reply.words());
     if (!talk.is_complete())
@@ -164,6 +164,8 @@ void SmtpSession::go_through(const std::vector<SmtpStep> &steps)
 
 void SmtpSession::quit()
 {
+    constexpr auto last_words = std::chrono::seconds(2);
+    line_.hurry(last_words);
     attempt([this] { command("QUIT"); });
     line_.close();
 }

@@ -5,7 +5,7 @@
 # servers are checked against ca-certificates.
 build_packages=(
     g++ cmake ninja-build pkgconf
-    qt6-base-dev libsqlite3-dev libsqlitecpp-dev libgmime-3.0-dev
+    qt6-base-dev qtkeychain-qt6-dev libsqlite3-dev libsqlitecpp-dev libgmime-3.0-dev
     fonts-dejavu-core xdg-utils ca-certificates
 )
 

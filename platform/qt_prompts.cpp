@@ -31,8 +31,8 @@ QMessageBox::StandardButton show_box(QWidget *parent, QMessageBox::Icon icon, co
 // hold stands behind the box's "Show Details…".
 QString short_enough(const QString &text)
 {
-    constexpr qsizetype most_lines = 25;
-    constexpr qsizetype most_characters = 2'000;
+    constexpr qsizetype most_lines = 20;
+    constexpr qsizetype most_characters = 1'000;
     const QStringList lines = text.split(u'\n');
     if (lines.size() <= most_lines && text.size() <= most_characters)
         return text;

@@ -1,7 +1,9 @@
 #include "mail/local_inbox.h"
 #include "mail/local_mail_store.h"
+#include "mail/sign_in_refused.h"
 #include "platform/drive_path.h"
 #include "tests/mail/mail_texts.h"
+#include "tests/support/password_fakes.h"
 #include "tests/support/private_home.h"
 
 #include <QDir>
@@ -10,19 +12,6 @@
 
 namespace
 {
-class ScriptedLogOn : public LogOnDialog
-{
-public:
-    std::optional<QString> answer;
-    QStringList reasons;
-
-    std::optional<QString> choose_inbox(const QString &reason) override
-    {
-        reasons += reason;
-        return answer;
-    }
-};
-
 class LocalStore : public testing::Test
 {
 protected:
@@ -60,9 +49,14 @@ protected:
         return store.messages().MsgSubject();
     }
 
+    void answer(const QString &inbox) { dialog.accounts = {{{}, inbox}}; }
+
     PrivateHome home;
+    ProfileFile profiles{home.file("profiles.ini")};
+    FakeKeychain keychain;
     ScriptedLogOn dialog;
-    LocalMailStore store{&dialog};
+    MailAccounts accounts{profiles, keychain, &dialog};
+    LocalMailStore store{accounts, inbox_opener({})};
 };
 
 TEST_F(LocalStore, ReadsAWholeInboxInTheOrderOfARun)
@@ -129,7 +123,7 @@ TEST_F(LocalStore, TellsMaildirsFromMailboxFiles)
 TEST_F(LocalStore, AsksForAnInboxWhenThereIsNone)
 {
     put_mbox(home.file("chosen"), "chosen");
-    dialog.answer = home.file("chosen");
+    answer(home.file("chosen"));
     EXPECT_EQ(first_subject(), "chosen");
     EXPECT_EQ(dialog.reasons,
               QStringList{"No local inbox was found. Looked for: " +
@@ -139,10 +133,9 @@ TEST_F(LocalStore, AsksForAnInboxWhenThereIsNone)
 TEST_F(LocalStore, TheAnswerHoldsForOneSession)
 {
     put_mbox(home.file("chosen"), "chosen");
-    dialog.answer = home.file("chosen");
+    answer(home.file("chosen"));
     open();
     store.session().SignOff();
-    dialog.answer = std::nullopt;
     EXPECT_EQ(failure([&] { open(); }).first(32), "32000 No local inbox was found. ");
     EXPECT_EQ(dialog.reasons.size(), 2);
 }
@@ -157,13 +150,14 @@ TEST_F(LocalStore, AsksForAnUnknownProfileToo)
 
 TEST_F(LocalStore, FailsWithoutAnyoneToAsk)
 {
-    LocalMailStore lonely;
+    MailAccounts nobody(profiles, keychain);
+    LocalMailStore lonely(nobody, inbox_opener({}));
     EXPECT_THROW(lonely.session().SignOn(), RuntimeError);
 }
 
 TEST_F(LocalStore, AnAnswerThatIsNoInboxIsAFailure)
 {
-    dialog.answer = home.file("none");
+    answer(home.file("none"));
     EXPECT_EQ(failure([&] { open(); }),
               "32000 There is neither a Maildir folder nor a mailbox file: '" + home.file("none") +
                   "'");
@@ -216,5 +210,169 @@ TEST_F(LocalStore, AMessageThatHasGoneIsNotCurrent)
     EXPECT_THROW(store.messages().set_MsgIndex(0), MessageGone);
     EXPECT_THROW(store.messages().MsgNoteText(), RuntimeError);
     EXPECT_EQ(store.messages().MsgCount(), 1);
+}
+
+/// What stands behind a server's inbox here: the passwords that it was given.
+struct FakeServer
+{
+    QString password = "right";
+    QStringList given;
+    int opened = 0;
+};
+
+class ServerInbox : public Inbox
+{
+public:
+    ServerInbox(FakeServer &server, std::function<Credentials()> credentials)
+        : server_(server),
+          credentials_(std::move(credentials))
+    {
+        ++server_.opened;
+    }
+    void fetch() override
+    {
+        const Credentials given = credentials_();
+        server_.given += given.secret;
+        if (given.secret != server_.password)
+            throw SignInRefused(32000, "imap.example.org refused: no");
+    }
+    int count() const override { return 3; }
+    MessageFields read(int) override { return {}; }
+
+private:
+    FakeServer &server_;
+    std::function<Credentials()> credentials_;
+};
+
+class ServerStore : public LocalStore
+{
+protected:
+    ServerStore()
+    {
+        MailProfile profile;
+        profile.name = "Work";
+        profile.inbox = InboxKind::Imap;
+        profile.inbox_server.host = "imap.example.org";
+        profile.inbox_server.user = "ann";
+        profiles.save(profile);
+    }
+    void sign_on(LocalMailStore &to)
+    {
+        to.session().set_UserName("work");
+        to.session().SignOn();
+        to.messages().set_SessionID(to.session().SessionID());
+    }
+
+    FakeServer server;
+    InboxOpener opener = [this](const MailProfile &profile,
+                                std::function<Credentials()> credentials) {
+        EXPECT_EQ(profile.inbox_server.host, "imap.example.org");
+        return std::make_unique<ServerInbox>(server, std::move(credentials));
+    };
+    LocalMailStore remote{accounts, opener};
+};
+
+TEST_F(ServerStore, SignsOnWithTheStoredPassword)
+{
+    keychain.entries["work inbox"] = "right";
+    sign_on(remote);
+    remote.messages().Fetch();
+    EXPECT_EQ(remote.messages().MsgCount(), 3);
+    EXPECT_EQ(server.given, QStringList{"right"});
+    EXPECT_EQ(dialog.reasons, QStringList());
+}
+
+TEST_F(ServerStore, AsksForThePasswordBeforeTheServerIsAsked)
+{
+    dialog.passwords = {{"right", true}};
+    sign_on(remote);
+    EXPECT_EQ(dialog.reasons.size(), 1);
+    EXPECT_EQ(server.given, QStringList());
+    EXPECT_TRUE(keychain.entries.empty());
+    remote.messages().Fetch();
+    EXPECT_EQ(dialog.reasons.size(), 1);
+    EXPECT_EQ(keychain.entries["work inbox"], "right");
+}
+
+TEST_F(ServerStore, ARefusedPasswordIsAskedForAgain)
+{
+    keychain.entries["work inbox"] = "old";
+    dialog.passwords = {{"worse", false}, {"right", true}};
+    sign_on(remote);
+    remote.messages().Fetch();
+    EXPECT_EQ(server.given, (QStringList{"old", "worse", "right"}));
+    EXPECT_EQ(keychain.entries["work inbox"], "right");
+    EXPECT_EQ(dialog.reasons.last(),
+              "The server refused the password. It said: imap.example.org refused: no");
+}
+
+TEST_F(ServerStore, WithoutAnAnswerTheRefusalIsTheFailure)
+{
+    keychain.entries["work inbox"] = "old";
+    sign_on(remote);
+    EXPECT_EQ(failure([&] { remote.messages().Fetch(); }), "32000 imap.example.org refused: no");
+    EXPECT_EQ(remote.messages().MsgCount(), 0);
+}
+
+TEST_F(ServerStore, AnUnattendedRunFailsPlainly)
+{
+    MailAccounts nobody(profiles, keychain);
+    LocalMailStore lonely(nobody, opener);
+    EXPECT_EQ(failure([&] { sign_on(lonely); }).left(60),
+              "32000 The mail profile 'Work' needs the password of ann on i");
+    EXPECT_EQ(lonely.session().SessionID(), 0);
+}
+
+TEST_F(ServerStore, ASessionToSendLooksForNoInboxUntilItIsFetched)
+{
+    remote.session().set_DownLoadMail(false);
+    sign_on(remote);
+    EXPECT_NE(remote.session().SessionID(), 0);
+    EXPECT_EQ(server.opened, 0);
+    EXPECT_EQ(keychain.reads, 0);
+    keychain.entries["work inbox"] = "right";
+    remote.messages().Fetch();
+    EXPECT_EQ(remote.messages().MsgCount(), 3);
+}
+
+TEST_F(LocalStore, ASessionToSendNeedsNoLocalInbox)
+{
+    store.session().set_DownLoadMail(false);
+    store.session().SignOn();
+    store.messages().set_SessionID(store.session().SessionID());
+    EXPECT_EQ(dialog.reasons, QStringList());
+    EXPECT_THROW(store.messages().Fetch(), RuntimeError);
+    store.session().SignOff();
+    EXPECT_THROW(store.session().SignOn(), RuntimeError); // the next one reads again
+}
+
+TEST_F(LocalStore, ASessionToSendNeedsItsProfile)
+{
+    store.session().set_UserName("Gone");
+    store.session().set_DownLoadMail(false);
+    EXPECT_EQ(failure([&] { store.session().SignOn(); }),
+              "32000 There is no mail profile named 'Gone'.");
+    EXPECT_EQ(store.session().SessionID(), 0);
+}
+
+TEST_F(LocalStore, ReadsTheInboxOfAProfile)
+{
+    put_maildir(home.file("Maildir"), "not this one");
+    put_maildir(home.file("Lists"), "lists");
+    MailProfile profile;
+    profile.name = "Lists";
+    profile.inbox = InboxKind::Maildir;
+    profile.inbox_path = home.file("Lists");
+    profiles.save(profile);
+    store.session().set_UserName("LISTS");
+    EXPECT_EQ(first_subject(), "lists");
+    profile.name = "Spool";
+    profile.inbox = InboxKind::Mbox;
+    profile.inbox_path = "C:\\mail\\spool";
+    put_mbox(data_folder() + "/Mail/spool", "spool");
+    profiles.save(profile);
+    store.session().set_UserName("spool");
+    EXPECT_EQ(first_subject(), "spool");
+    EXPECT_EQ(dialog.reasons, QStringList());
 }
 } // namespace

@@ -8,11 +8,14 @@ refused for the moment, with "second" refused for the moment the first time. It 
 import argparse
 import asyncio
 import json
+import logging
 import os
 import ssl
 import sys
 
 from aiosmtpd.smtp import SMTP, AuthResult, LoginPassword
+
+logging.disable(logging.WARNING)  # of the library, about what a test asks for
 
 arguments = argparse.ArgumentParser()
 arguments.add_argument("folder")
