@@ -1,4 +1,4 @@
-#include "mail/local_mail_store.h"
+#include "mail/profile_mail_store.h"
 #include "platform/drive_path.h"
 #include "tests/mail/mail_texts.h"
 #include "tests/support/password_fakes.h"
@@ -94,7 +94,7 @@ protected:
     ProfileFile profiles{home.file("profiles.ini")};
     FakeKeychain keychain;
     MailAccounts accounts{profiles, keychain};
-    LocalMailStore store{accounts, inbox_opener({}), &dialog};
+    ProfileMailStore store{accounts, inbox_opener({}), &dialog};
 };
 
 TEST_F(Sending, GoesOutWithoutAnInboxOnTheMachine)
@@ -235,7 +235,7 @@ TEST_F(Sending, ShowsNothingToNobody)
                            "there to see it. Nothing was sent.";
     dialog.answer = SendAnswer::Nobody;
     EXPECT_EQ(failure([&] { send({"ann@example.org"}, true); }), nobody);
-    LocalMailStore lonely(accounts, inbox_opener({}));
+    ProfileMailStore lonely(accounts, inbox_opener({}));
     lonely.session().set_DownLoadMail(false);
     lonely.session().SignOn();
     lonely.messages().set_MsgIndex(-1);

@@ -1,5 +1,5 @@
 #include "mail/local_inbox.h"
-#include "mail/local_mail_store.h"
+#include "mail/profile_mail_store.h"
 #include "mail/sign_in_refused.h"
 #include "platform/drive_path.h"
 #include "tests/mail/mail_texts.h"
@@ -56,7 +56,7 @@ protected:
     FakeKeychain keychain;
     ScriptedLogOn dialog;
     MailAccounts accounts{profiles, keychain, &dialog};
-    LocalMailStore store{accounts, inbox_opener({})};
+    ProfileMailStore store{accounts, inbox_opener({})};
 };
 
 TEST_F(LocalStore, ReadsAWholeInboxInTheOrderOfARun)
@@ -151,7 +151,7 @@ TEST_F(LocalStore, AsksForAnUnknownProfileToo)
 TEST_F(LocalStore, FailsWithoutAnyoneToAsk)
 {
     MailAccounts nobody(profiles, keychain);
-    LocalMailStore lonely(nobody, inbox_opener({}));
+    ProfileMailStore lonely(nobody, inbox_opener({}));
     EXPECT_THROW(lonely.session().SignOn(), RuntimeError);
 }
 
@@ -256,7 +256,7 @@ protected:
         profile.inbox_server.user = "ann";
         profiles.save(profile);
     }
-    void sign_on(LocalMailStore &to)
+    void sign_on(ProfileMailStore &to)
     {
         to.session().set_UserName("work");
         to.session().SignOn();
@@ -269,7 +269,7 @@ protected:
         EXPECT_EQ(profile.inbox_server.host, "imap.example.org");
         return std::make_unique<ServerInbox>(server, std::move(credentials));
     };
-    LocalMailStore remote{accounts, opener};
+    ProfileMailStore remote{accounts, opener};
 };
 
 TEST_F(ServerStore, SignsOnWithTheStoredPassword)
@@ -317,7 +317,7 @@ TEST_F(ServerStore, WithoutAnAnswerTheRefusalIsTheFailure)
 TEST_F(ServerStore, AnUnattendedRunFailsPlainly)
 {
     MailAccounts nobody(profiles, keychain);
-    LocalMailStore lonely(nobody, opener);
+    ProfileMailStore lonely(nobody, opener);
     EXPECT_EQ(failure([&] { sign_on(lonely); }).left(60),
               "32000 The mail profile 'Work' needs the password of ann on i");
     EXPECT_EQ(lonely.session().SessionID(), 0);
