@@ -1,8 +1,8 @@
 #pragma once
 
 #include "mail/keychain_passwords.h"
-#include "mail/local_mail_store.h"
 #include "mail/profile_desk.h"
+#include "mail/profile_mail_store.h"
 
 /// The store's own dialogs. Each may be null: nobody is there to be asked; else it outlives whom it
 /// is given to.
@@ -29,5 +29,5 @@ private:
     NetworkConditions conditions_;
     KeychainPasswords keychain_;
     MailAccounts accounts_;
-    LocalMailStore store_;
+    ProfileMailStore store_;
 };

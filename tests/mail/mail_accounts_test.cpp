@@ -1,6 +1,7 @@
 #include "mail/mail_accounts.h"
 #include "platform/runtime_error.h"
 #include "tests/mail/mail_texts.h"
+#include "tests/support/failure_text.h"
 #include "tests/support/password_fakes.h"
 #include "tests/support/private_home.h"
 
@@ -26,19 +27,9 @@ protected:
         profile.outgoing_server.user = "ann";
         return profile;
     }
-    template <typename Action>
-    QString failure(Action action)
-    {
-        try {
-            action();
-        } catch (const RuntimeError &error) {
-            return QString::number(error.number()) + ' ' + error.description();
-        }
-        return "no failure";
-    }
     QString profile_failure(MailAccounts &of, const QString &name, MailUse use = MailUse::Reading)
     {
-        return failure([&] { of.profile_for(name, use); });
+        return failure_text([&] { of.profile_for(name, use); });
     }
 
     PrivateHome home;
@@ -141,7 +132,7 @@ TEST_F(Accounts, AFolderThatIsNoMaildirIsMissing)
 TEST_F(Accounts, AnUnattendedRunGetsAPlainError)
 {
     EXPECT_EQ(profile_failure(unattended, "Gone"), "32000 There is no mail profile named 'Gone'.");
-    EXPECT_EQ(failure([&] { unattended.credentials(server_profile(), MailUse::Reading); }),
+    EXPECT_EQ(failure_text([&] { unattended.credentials(server_profile(), MailUse::Reading); }),
               "32000 The mail profile 'Work' needs the password of ann on imap.example.org (IMAP), "
               "and the desktop's keychain holds none.");
     EXPECT_EQ(dialog.reasons, QStringList());

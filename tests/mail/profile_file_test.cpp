@@ -2,6 +2,7 @@
 #include "mail/profile_rules.h"
 #include "platform/runtime_error.h"
 #include "tests/mail/mail_texts.h"
+#include "tests/support/failure_text.h"
 #include "tests/support/private_home.h"
 
 #include <QDir>
@@ -37,16 +38,6 @@ protected:
     }
     QString path() const { return home.file("config/Pendral/profiles.ini"); }
     void write(const QByteArray &bytes) const { put_file(path(), bytes); }
-    template <typename Action>
-    QString failure(Action action)
-    {
-        try {
-            action();
-        } catch (const RuntimeError &error) {
-            return QString::number(error.number()) + ' ' + error.description();
-        }
-        return "no failure";
-    }
 
     PrivateHome home;
     ProfileFile file{home.file("config/Pendral/profiles.ini")};
@@ -105,9 +96,9 @@ TEST_F(Profiles, NamesMayBeAnythingAndAreMatchedWithoutRegardToCase)
 TEST_F(Profiles, ANameIsTakenOnce)
 {
     file.save(imap_profile("Work"));
-    EXPECT_EQ(failure([&] { file.save(imap_profile("WORK")); }),
+    EXPECT_EQ(failure_text([&] { file.save(imap_profile("WORK")); }),
               "5 There is already a mail profile named 'Work'");
-    EXPECT_EQ(failure([&] { file.save(imap_profile("")); }), "5 A mail profile needs a name");
+    EXPECT_EQ(failure_text([&] { file.save(imap_profile("")); }), "5 A mail profile needs a name");
     file.save(imap_profile("work"), imap_profile("Work")); // its own name in other letters
     EXPECT_EQ(file.load().profiles.size(), 1U);
     EXPECT_EQ(file.find("Work")->profile.name, "work");
@@ -131,9 +122,9 @@ TEST_F(Profiles, WhatHasChangedMeanwhileIsNotOverwritten)
     MailProfile other = imap_profile();
     other.sender_name = "Another program";
     file.save(other, imap_profile());
-    EXPECT_EQ(failure([&] { file.save(imap_profile("New"), imap_profile()); }),
+    EXPECT_EQ(failure_text([&] { file.save(imap_profile("New"), imap_profile()); }),
               "5 The mail profile 'Work' is no longer in the file as it was read");
-    EXPECT_EQ(failure([&] { file.remove(imap_profile()); }),
+    EXPECT_EQ(failure_text([&] { file.remove(imap_profile()); }),
               "5 The mail profile 'Work' is no longer in the file as it was read");
     EXPECT_EQ(file.find("Work")->profile, other);
 }
@@ -184,7 +175,7 @@ TEST_F(Profiles, HostileContentIsBounded)
     EXPECT_EQ(file.find("Long")->damages,
               QStringList{"line 3: 'inbox host' is longer than 4096 characters"});
     write(QByteArray((1 << 20) + 1, '\n'));
-    EXPECT_EQ(failure([&] { file.load(); }),
+    EXPECT_EQ(failure_text([&] { file.load(); }),
               "75 The mail profiles cannot be read: '" + path() + "' is larger than 1 MB");
     write(QByteArray("\0\xff\xfe[profile\n]=\n=\n%\n", 18));
     EXPECT_EQ(file.load().profiles.size(), 0U);
@@ -194,7 +185,7 @@ TEST_F(Profiles, HostileContentIsBounded)
 TEST_F(Profiles, WhatIsNoFileIsAnError)
 {
     QDir().mkpath(path());
-    EXPECT_EQ(failure([&] { file.load(); }),
+    EXPECT_EQ(failure_text([&] { file.load(); }),
               "75 The mail profiles cannot be read: '" + path() + "' is no file");
 }
 

@@ -1,6 +1,6 @@
 // A retrieval with a mail profile: the real store in the real window.
-#include "mail/local_mail_store.h"
 #include "mail/log_on_dialog.h"
+#include "mail/profile_mail_store.h"
 #include "tests/mail/mail_texts.h"
 #include "tests/support/program_window.h"
 
@@ -58,7 +58,7 @@ protected:
 
     QtLogOnDialog log_on{[this] { return window().is_attended(); }};
     MailAccounts attended_accounts{profiles, keychain, &log_on};
-    LocalMailStore store{attended_accounts, inbox_opener({})};
+    ProfileMailStore store{attended_accounts, inbox_opener({})};
 };
 
 TEST_F(ProfileRun, ReadsTheInboxOfTheProfileThatIsSet)

@@ -1,5 +1,5 @@
 // What a profile finds when it meets servers: its trial, and the passwords that they refuse.
-#include "mail/local_mail_store.h"
+#include "mail/profile_mail_store.h"
 #include "mail/profile_trial.h"
 #include "mail/sign_in_refused.h"
 #include "tests/mail/mail_texts.h"
@@ -166,8 +166,8 @@ TEST_F(Refusals, AMailServerThatRefusesThePasswordHasItAskedForAgain)
     ScriptedLogOn dialog;
     dialog.passwords = {{"s3crét", true}};
     MailAccounts accounts(profiles, keychain, &dialog);
-    LocalMailStore store(accounts, inbox_opener(conditions), nullptr,
-                         {conditions, &QDateTime::currentDateTime});
+    ProfileMailStore store(accounts, inbox_opener(conditions), nullptr,
+                           {conditions, &QDateTime::currentDateTime});
     store.session().set_UserName("work");
     store.session().set_DownLoadMail(false);
     store.session().SignOn();

@@ -1,4 +1,4 @@
-#include "mail/local_mail_store.h"
+#include "mail/profile_mail_store.h"
 #include "platform/drive_path.h"
 #include "tests/mail/mail_texts.h"
 #include "tests/mail/servers/certificates.h"
@@ -96,7 +96,7 @@ protected:
     ScriptedSendDialog dialog;
     FakeKeychain keychain;
     MailAccounts accounts{ProfileFile(home.file("profiles.ini")), keychain, &log_on};
-    LocalMailStore store{accounts, inbox_opener({}), &dialog};
+    ProfileMailStore store{accounts, inbox_opener({}), &dialog};
 };
 
 TEST_F(Sending, GoesOutWithoutAnInboxOnTheMachine)
@@ -237,7 +237,7 @@ TEST_F(Sending, ShowsNothingToNobody)
                            "there to see it. Nothing was sent.";
     dialog.answer = SendAnswer::Nobody;
     EXPECT_EQ(failure([&] { send({"ann@example.org"}, true); }), nobody);
-    LocalMailStore lonely(accounts, inbox_opener({}));
+    ProfileMailStore lonely(accounts, inbox_opener({}));
     lonely.session().set_DownLoadMail(false);
     lonely.session().SignOn();
     lonely.messages().set_MsgIndex(-1);

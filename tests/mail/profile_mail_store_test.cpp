@@ -1,8 +1,9 @@
 #include "mail/local_inbox.h"
-#include "mail/local_mail_store.h"
+#include "mail/profile_mail_store.h"
 #include "mail/sign_in_refused.h"
 #include "platform/drive_path.h"
 #include "tests/mail/mail_texts.h"
+#include "tests/support/failure_text.h"
 #include "tests/support/password_fakes.h"
 #include "tests/support/private_home.h"
 
@@ -22,16 +23,6 @@ protected:
         store.session().SignOn();
         store.messages().set_SessionID(store.session().SessionID());
         store.messages().Fetch();
-    }
-    template <typename Action>
-    QString failure(Action action)
-    {
-        try {
-            action();
-        } catch (const RuntimeError &error) {
-            return QString::number(error.number()) + ' ' + error.description();
-        }
-        return "no failure";
     }
     void put_maildir(const QString &folder, const QByteArray &subject) const
     {
@@ -56,7 +47,7 @@ protected:
     FakeKeychain keychain;
     ScriptedLogOn dialog;
     MailAccounts accounts{profiles, keychain, &dialog};
-    LocalMailStore store{accounts, inbox_opener({})};
+    ProfileMailStore store{accounts, inbox_opener({})};
 };
 
 TEST_F(LocalStore, ReadsAWholeInboxInTheOrderOfARun)
@@ -136,7 +127,7 @@ TEST_F(LocalStore, TheAnswerHoldsForOneSession)
     answer(home.file("chosen"));
     open();
     store.session().SignOff();
-    EXPECT_EQ(failure([&] { open(); }).first(32), "32000 No local inbox was found. ");
+    EXPECT_EQ(failure_text([&] { open(); }).first(32), "32000 No local inbox was found. ");
     EXPECT_EQ(dialog.reasons.size(), 2);
 }
 
@@ -144,21 +135,21 @@ TEST_F(LocalStore, AsksForAnUnknownProfileToo)
 {
     put_maildir(home.file("Maildir"), "not this one");
     store.session().set_UserName("Work");
-    EXPECT_EQ(failure([&] { open(); }), "32000 There is no mail profile named 'Work'.");
+    EXPECT_EQ(failure_text([&] { open(); }), "32000 There is no mail profile named 'Work'.");
     EXPECT_EQ(store.session().SessionID(), 0);
 }
 
 TEST_F(LocalStore, FailsWithoutAnyoneToAsk)
 {
     MailAccounts nobody(profiles, keychain);
-    LocalMailStore lonely(nobody, inbox_opener({}));
+    ProfileMailStore lonely(nobody, inbox_opener({}));
     EXPECT_THROW(lonely.session().SignOn(), RuntimeError);
 }
 
 TEST_F(LocalStore, AnAnswerThatIsNoInboxIsAFailure)
 {
     answer(home.file("none"));
-    EXPECT_EQ(failure([&] { open(); }),
+    EXPECT_EQ(failure_text([&] { open(); }),
               "32000 There is neither a Maildir folder nor a mailbox file: '" + home.file("none") +
                   "'");
 }
@@ -168,21 +159,21 @@ TEST_F(LocalStore, EveryStepNeedsTheOneBefore)
     put_maildir(home.file("Maildir"), "Hello");
     MessageSet &messages = store.messages();
     EXPECT_EQ(messages.MsgCount(), 0);
-    EXPECT_EQ(failure([&] { messages.set_SessionID(0); }),
+    EXPECT_EQ(failure_text([&] { messages.set_SessionID(0); }),
               "32000 No mail session is open with the handle 0.");
-    EXPECT_EQ(failure([&] { messages.Fetch(); }),
+    EXPECT_EQ(failure_text([&] { messages.Fetch(); }),
               "32000 The message set is not bound to an open mail session.");
     store.session().SignOn();
     const int handle = store.session().SessionID();
     EXPECT_THROW(messages.set_SessionID(handle + 1), RuntimeError);
     EXPECT_THROW(messages.Fetch(), RuntimeError);
     messages.set_SessionID(handle);
-    EXPECT_EQ(failure([&] { messages.set_MsgIndex(0); }),
+    EXPECT_EQ(failure_text([&] { messages.set_MsgIndex(0); }),
               "9 There is no message number 0: 0 were fetched.");
     messages.Fetch();
-    EXPECT_EQ(failure([&] { messages.set_MsgIndex(1); }),
+    EXPECT_EQ(failure_text([&] { messages.set_MsgIndex(1); }),
               "9 There is no message number 1: 1 were fetched.");
-    EXPECT_EQ(failure([&] { messages.MsgSubject(); }),
+    EXPECT_EQ(failure_text([&] { messages.MsgSubject(); }),
               "32000 No message is current in the message set.");
 }
 
@@ -256,7 +247,7 @@ protected:
         profile.inbox_server.user = "ann";
         profiles.save(profile);
     }
-    void sign_on(LocalMailStore &to)
+    void sign_on(ProfileMailStore &to)
     {
         to.session().set_UserName("work");
         to.session().SignOn();
@@ -269,7 +260,7 @@ protected:
         EXPECT_EQ(profile.inbox_server.host, "imap.example.org");
         return std::make_unique<ServerInbox>(server, std::move(credentials));
     };
-    LocalMailStore remote{accounts, opener};
+    ProfileMailStore remote{accounts, opener};
 };
 
 TEST_F(ServerStore, SignsOnWithTheStoredPassword)
@@ -310,15 +301,16 @@ TEST_F(ServerStore, WithoutAnAnswerTheRefusalIsTheFailure)
 {
     keychain.entries["work inbox"] = "old";
     sign_on(remote);
-    EXPECT_EQ(failure([&] { remote.messages().Fetch(); }), "32000 imap.example.org refused: no");
+    EXPECT_EQ(failure_text([&] { remote.messages().Fetch(); }),
+              "32000 imap.example.org refused: no");
     EXPECT_EQ(remote.messages().MsgCount(), 0);
 }
 
 TEST_F(ServerStore, AnUnattendedRunFailsPlainly)
 {
     MailAccounts nobody(profiles, keychain);
-    LocalMailStore lonely(nobody, opener);
-    EXPECT_EQ(failure([&] { sign_on(lonely); }).left(60),
+    ProfileMailStore lonely(nobody, opener);
+    EXPECT_EQ(failure_text([&] { sign_on(lonely); }).left(60),
               "32000 The mail profile 'Work' needs the password of ann on i");
     EXPECT_EQ(lonely.session().SessionID(), 0);
 }
@@ -350,7 +342,7 @@ TEST_F(LocalStore, ASessionToSendNeedsItsProfile)
 {
     store.session().set_UserName("Gone");
     store.session().set_DownLoadMail(false);
-    EXPECT_EQ(failure([&] { store.session().SignOn(); }),
+    EXPECT_EQ(failure_text([&] { store.session().SignOn(); }),
               "32000 There is no mail profile named 'Gone'.");
     EXPECT_EQ(store.session().SessionID(), 0);
 }

@@ -1,4 +1,4 @@
-#include "mail/local_mail_store.h"
+#include "mail/profile_mail_store.h"
 
 #include "mail/sign_in_refused.h"
 
@@ -10,7 +10,7 @@ namespace
 }
 } // namespace
 
-void LocalMailStore::open(MailUse use)
+void ProfileMailStore::open(MailUse use)
 {
     profile_for(use);
     if (use == MailUse::Sending)
@@ -20,7 +20,7 @@ void LocalMailStore::open(MailUse use)
 }
 
 // Asked for before the line to the server stands and waits. A token ages: it comes late.
-void LocalMailStore::need_password(MailUse use)
+void ProfileMailStore::need_password(MailUse use)
 {
     const MailProfile &profile = profile_for(use);
     const MailServer *server = server_for(profile, use);
@@ -28,14 +28,14 @@ void LocalMailStore::need_password(MailUse use)
         accounts_.credentials(profile, use);
 }
 
-void LocalMailStore::close()
+void ProfileMailStore::close()
 {
     messages_.unbind();
     inbox_.reset();
     profiles_.clear();
 }
 
-const MailProfile &LocalMailStore::profile_for(MailUse use)
+const MailProfile &ProfileMailStore::profile_for(MailUse use)
 {
     const auto found = profiles_.find(use);
     if (found != profiles_.end())
@@ -43,7 +43,7 @@ const MailProfile &LocalMailStore::profile_for(MailUse use)
     return profiles_.emplace(use, accounts_.profile_for(session_.UserName(), use)).first->second;
 }
 
-Inbox &LocalMailStore::inbox()
+Inbox &ProfileMailStore::inbox()
 {
     if (inbox_ == nullptr) {
         const MailProfile &profile = profile_for(MailUse::Reading);
@@ -53,7 +53,7 @@ Inbox &LocalMailStore::inbox()
     return *inbox_;
 }
 
-void LocalMailStore::fetch_inbox()
+void ProfileMailStore::fetch_inbox()
 {
     const MailProfile &profile = profile_for(MailUse::Reading);
     for (;;) {
@@ -68,7 +68,12 @@ void LocalMailStore::fetch_inbox()
     }
 }
 
+<<<<<<< HEAD:mail/local_mail_store.cpp
 SendingAccount LocalMailStore::sending_account()
+=======
+// A refusal means that nothing has gone out yet; what the person was shown is not shown again.
+void ProfileMailStore::send(const ComposeBuffer &message, SendDialog *dialog)
+>>>>>>> profiles:mail/profile_mail_store.cpp
 {
     const MailProfile &profile = profile_for(MailUse::Sending);
     return {profile, [this, profile] { return accounts_.credentials(profile, MailUse::Sending); },
@@ -78,7 +83,7 @@ SendingAccount LocalMailStore::sending_account()
             }};
 }
 
-void LocalMailStore::Session::SignOn()
+void ProfileMailStore::Session::SignOn()
 {
     handle_ = 0;
     store_.close();
@@ -86,14 +91,14 @@ void LocalMailStore::Session::SignOn()
     handle_ = ++last_handle_;
 }
 
-void LocalMailStore::Session::SignOff()
+void ProfileMailStore::Session::SignOff()
 {
     store_.close();
     handle_ = 0;
     download_mail_ = true;
 }
 
-void LocalMailStore::Messages::set_SessionID(int handle)
+void ProfileMailStore::Messages::set_SessionID(int handle)
 {
     if (handle == 0 || handle != store_.session_.SessionID())
         fail(QStringLiteral("No mail session is open with the handle %1.").arg(handle));
@@ -101,7 +106,7 @@ void LocalMailStore::Messages::set_SessionID(int handle)
     is_bound_ = true;
 }
 
-void LocalMailStore::Messages::Fetch()
+void ProfileMailStore::Messages::Fetch()
 {
     const Inbox &inbox = bound_inbox();
     current_.reset();
@@ -110,7 +115,7 @@ void LocalMailStore::Messages::Fetch()
     count_ = inbox.count();
 }
 
-void LocalMailStore::Messages::set_MsgIndex(int index)
+void ProfileMailStore::Messages::set_MsgIndex(int index)
 {
     constexpr int compose_buffer = -1;
     current_.reset();
@@ -127,75 +132,75 @@ void LocalMailStore::Messages::set_MsgIndex(int index)
     current_ = bound_inbox().read(index);
 }
 
-void LocalMailStore::Messages::require_binding() const
+void ProfileMailStore::Messages::require_binding() const
 {
     if (!is_bound_)
         fail(QStringLiteral("The message set is not bound to an open mail session."));
 }
 
-Inbox &LocalMailStore::Messages::bound_inbox()
+Inbox &ProfileMailStore::Messages::bound_inbox()
 {
     require_binding();
     return store_.inbox();
 }
 
-const MessageFields &LocalMailStore::Messages::current() const
+const MessageFields &ProfileMailStore::Messages::current() const
 {
     if (!current_)
         fail(QStringLiteral("No message is current in the message set."));
     return *current_;
 }
 
-void LocalMailStore::Messages::unbind()
+void ProfileMailStore::Messages::unbind()
 {
     is_bound_ = false;
     count_ = 0;
     current_.reset();
 }
 
-ComposeBuffer &LocalMailStore::Messages::draft()
+ComposeBuffer &ProfileMailStore::Messages::draft()
 {
     if (!draft_)
         fail(QStringLiteral("No new message is current in the message set."));
     return *draft_;
 }
 
-void LocalMailStore::Messages::set_RecipIndex(int index)
+void ProfileMailStore::Messages::set_RecipIndex(int index)
 {
     draft().set_RecipIndex(index);
 }
 
-void LocalMailStore::Messages::set_RecipType(int type)
+void ProfileMailStore::Messages::set_RecipType(int type)
 {
     draft().set_RecipType(type);
 }
 
-void LocalMailStore::Messages::set_RecipAddress(const QString &address)
+void ProfileMailStore::Messages::set_RecipAddress(const QString &address)
 {
     draft().set_RecipAddress(address);
 }
 
-void LocalMailStore::Messages::ResolveName()
+void ProfileMailStore::Messages::ResolveName()
 {
     draft().ResolveName();
 }
 
-void LocalMailStore::Messages::set_MsgSubject(const QString &subject)
+void ProfileMailStore::Messages::set_MsgSubject(const QString &subject)
 {
     draft().set_MsgSubject(subject);
 }
 
-void LocalMailStore::Messages::set_MsgNoteText(const QString &text)
+void ProfileMailStore::Messages::set_MsgNoteText(const QString &text)
 {
     draft().set_MsgNoteText(text);
 }
 
-void LocalMailStore::Messages::set_AttachmentPathName(const QString &path)
+void ProfileMailStore::Messages::set_AttachmentPathName(const QString &path)
 {
     draft().set_AttachmentPathName(path);
 }
 
-void LocalMailStore::Messages::Send(bool show_dialog)
+void ProfileMailStore::Messages::Send(bool show_dialog)
 {
     require_binding();
     const ComposeBuffer message = draft();

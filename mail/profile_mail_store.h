@@ -19,14 +19,14 @@
 /// answer the operation throws RuntimeError 32000 that tells what was missing (MailAccounts). All
 /// failures of use (no session, no current message …) are RuntimeError 32000 too, an index out of
 /// range is 9.
-class LocalMailStore : public MailStore
+class ProfileMailStore : public MailStore
 {
 public:
     /// @param accounts     outlives the store.
     /// @param send_dialog  may be null: nobody is there to be shown a message; else it outlives the
     /// store.
-    LocalMailStore(MailAccounts &accounts, InboxOpener open_inbox,
-                   SendDialog *send_dialog = nullptr, SendingConditions sending = {})
+    ProfileMailStore(MailAccounts &accounts, InboxOpener open_inbox,
+                     SendDialog *send_dialog = nullptr, SendingConditions sending = {})
         : session_(*this),
           messages_(*this),
           accounts_(accounts),
@@ -43,7 +43,7 @@ private:
     class Session : public MailSession
     {
     public:
-        explicit Session(LocalMailStore &store) : store_(store) {}
+        explicit Session(ProfileMailStore &store) : store_(store) {}
 
         void set_UserName(const QString &profile) override { user_name_ = profile; }
         QString UserName() const override { return user_name_; }
@@ -59,7 +59,7 @@ private:
         void SignOff() override;
 
     private:
-        LocalMailStore &store_;
+        ProfileMailStore &store_;
         QString user_name_;
         bool download_mail_ = true;
         int handle_ = 0;
@@ -69,7 +69,7 @@ private:
     class Messages : public MessageSet
     {
     public:
-        explicit Messages(LocalMailStore &store) : store_(store) {}
+        explicit Messages(ProfileMailStore &store) : store_(store) {}
 
         void set_SessionID(int handle) override;
         /// A server that refuses the password has the person asked for another one.
@@ -108,7 +108,7 @@ private:
         ComposeBuffer &draft();
         const MessageFields &current() const;
 
-        LocalMailStore &store_;
+        ProfileMailStore &store_;
         bool is_bound_ = false;
         int count_ = 0;
         std::optional<MessageFields> current_;
