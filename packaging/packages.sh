@@ -20,6 +20,8 @@ headless_packages=(xvfb)
 
 # openssl makes the certificates of the tests' mail servers.
 test_packages=(libgtest-dev libgmock-dev openssl)
+# The tests' real mail server; they start it themselves.
+server_packages=(dovecot-imapd dovecot-pop3d)
 
 # What the benchmarks measure with and beside.
 bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)
