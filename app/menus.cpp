@@ -46,10 +46,7 @@ void add_help_menu(QMenuBar &bar, Menus &menus)
 
 void disable_what_has_no_command(const Menus &menus)
 {
-    for (QAction *entry :
-         {menus.Export, menus.Import, menus.ManipulateText, menus.SaveGrid, menus.PrintAddresses,
-          menus.ImportHelp, menus.ReviewFilter, menus.MailProfiles})
-        entry->setEnabled(false);
+    menus.MailProfiles->setEnabled(false);
 }
 } // namespace
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/date_time_text.h"
+#include "platform/line_printer.h"
 
 class MailStore;
 class Prompts;
@@ -13,4 +14,5 @@ struct Services
     Prompts &prompts;
     MailStore &mail;
     Clock clock;
+    PrinterMaker printer = default_printer;
 };

@@ -3,6 +3,8 @@
 #include "db/database_file.h"
 #include "db/row_sort.h"
 
+#include <limits>
+
 namespace
 {
 constexpr std::size_t max_cached_rows = 512; // some screens full
@@ -48,6 +50,7 @@ void OpenQuery::restart()
     last_row_number_ = file_->last_row_number(plan_.table);
     keys_.restart(last_row_number_);
     count_.reset();
+    sorted_ = false;
     if (plan_.is_whole_table())
         count_ = file_->known_row_count(plan_.table);
 }
@@ -93,6 +96,23 @@ void OpenQuery::sort(int column, Qt::SortOrder order)
 {
     keys_.replace(sorted_rows(
         keys_.all(), [this, column](std::int64_t row) { return text(row, column); }, order));
+    sorted_ = true;
+}
+
+void OpenQuery::walk(const std::function<void(std::int64_t)> &visit)
+{
+    if (!plan_.is_whole_table() || !plan_.select.order.empty() || sorted_) {
+        for (std::int64_t position = 0; keys_.has(position); ++position)
+            visit(keys_.at(position));
+        return;
+    }
+    constexpr std::int64_t lowest = std::numeric_limits<std::int64_t>::min();
+    auto row = cursor_.seek_from(lowest);
+    while (row && *row <= last_row_number_) {
+        visit(*row);
+        row = *row < last_row_number_ ? cursor_.seek_from(*row + 1) : std::nullopt;
+    }
+    cursor_.release();
 }
 
 void OpenQuery::before_write()

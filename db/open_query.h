@@ -8,6 +8,7 @@
 #include <Qt>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -48,6 +49,10 @@ public:
 
     void sort(int column, Qt::SortOrder order);
 
+    /// Calls `visit` with the number of every row, from the first to the last. A whole table in its
+    /// own order is walked without keeping a thing of it.
+    void walk(const std::function<void(std::int64_t)> &visit);
+
     /// See FileReader.
     void before_write();
     void before_change(const QString &table);
@@ -64,5 +69,6 @@ private:
     PreparedStatement count_statement_;
     std::int64_t last_row_number_ = 0;
     std::optional<std::int64_t> count_;
+    bool sorted_ = false;
     std::unordered_map<std::int64_t, QStringList> cells_; // by row number
 };

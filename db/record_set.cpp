@@ -5,6 +5,7 @@
 #include "platform/runtime_error.h"
 
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -37,13 +38,18 @@ int bind_values(PreparedStatement &statement, const std::map<int, QString> &assi
 }
 } // namespace
 
-RecordSet::RecordSet(std::function<void()> reordered) : reordered_(std::move(reordered)) {}
+RecordSet::RecordSet(std::function<void()> moved, std::function<void()> reordered)
+    : moved_(std::move(moved)),
+      reordered_(std::move(reordered))
+{
+}
 
 RecordSet::~RecordSet() = default;
 
 void RecordSet::show(std::unique_ptr<OpenQuery> query)
 {
     query_ = std::move(query);
+    moved_();
 }
 
 void RecordSet::restart()
@@ -76,6 +82,7 @@ void RecordSet::go_to(qint64 position)
     position_ = position;
     mode_ = Mode::Browsing;
     assigned_.clear();
+    moved_();
 }
 
 void RecordSet::move_first()
@@ -235,6 +242,21 @@ void RecordSet::delete_current()
         throw record_deleted();
     deleted_.insert(row);
     start(Mode::Browsing);
+    moved_();
+}
+
+void RecordSet::walk(const QStringList &columns,
+                     const std::function<void(const QStringList &fields)> &visit)
+{
+    std::vector<int> indexes;
+    for (const QString &column : columns)
+        indexes.push_back(column_index(column));
+    open_query().walk([&](std::int64_t row) {
+        QStringList fields;
+        for (const int index : indexes)
+            fields.append(to_qstring(query_->text(row, index)));
+        visit(fields);
+    });
 }
 
 QString RecordSet::cell(qint64 row, int column, qsizetype limit)

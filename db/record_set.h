@@ -20,8 +20,9 @@ class OpenQuery;
 class RecordSet
 {
 public:
-    /// `reordered` is called when sort() has put the rows in a new order.
-    explicit RecordSet(std::function<void()> reordered);
+    /// `moved` is called when another record has become current, or none; `reordered` when sort()
+    /// has put the rows in a new order.
+    RecordSet(std::function<void()> moved, std::function<void()> reordered);
     ~RecordSet();
     RecordSet(const RecordSet &) = delete;
     RecordSet &operator=(const RecordSet &) = delete;
@@ -68,6 +69,13 @@ public:
     void update();
     void delete_current();
 
+    /// Visits every record from the first to the last, in the set's order, with the fields of these
+    /// columns (empty text for a NULL). The current record stays. Memory does not grow with the
+    /// table when the set is a whole table in its own order.
+    /// @throws RuntimeError 3265 for a column that is not there; nothing is visited then.
+    void walk(const QStringList &columns,
+              const std::function<void(const QStringList &fields)> &visit);
+
     /// For grids: a cell without moving the current record, cut to `limit` characters (at most
     /// 2,000); empty for a row or column that is not there.
     QString cell(qint64 row, int column, qsizetype limit);
@@ -90,6 +98,7 @@ private:
     void insert_assigned();
     void update_assigned();
 
+    std::function<void()> moved_;
     std::function<void()> reordered_;
     std::unique_ptr<OpenQuery> query_;
     qint64 position_ = 0;

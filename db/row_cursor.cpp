@@ -11,7 +11,7 @@ RowCursor::RowCursor(sqlite3 *reader, const QueryPlan &plan)
 {
 }
 
-bool RowCursor::seek(std::int64_t row_number)
+std::optional<std::int64_t> RowCursor::seek_from(std::int64_t row_number)
 {
     const bool near = current_ && *current_ <= row_number && row_number - *current_ <= near_rows;
     if (!near) {
@@ -21,7 +21,7 @@ bool RowCursor::seek(std::int64_t row_number)
     }
     while (current_ && *current_ < row_number)
         step();
-    return current_ == row_number;
+    return current_;
 }
 
 void RowCursor::step()

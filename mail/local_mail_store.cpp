@@ -32,12 +32,20 @@ std::unique_ptr<Inbox> LocalMailStore::find_inbox(const QString &profile) const
     return open_inbox(*chosen);
 }
 
-void LocalMailStore::Session::set_DownLoadMail(bool) {}
+// The empty profile's: the program of this machine, which asks for no password.
+SendingAccount LocalMailStore::account()
+{
+    return {MailProfile(), [] { return Credentials(); }};
+}
 
 void LocalMailStore::Session::SignOn()
 {
+    const bool download_mail = download_mail_;
     SignOff();
-    store_.inbox_ = store_.find_inbox(user_name_);
+    if (download_mail)
+        store_.inbox_ = store_.find_inbox(user_name_);
+    else if (!user_name_.isEmpty())
+        fail(missing_inbox(user_name_));
     handle_ = ++last_handle_;
 }
 
@@ -46,6 +54,7 @@ void LocalMailStore::Session::SignOff()
     store_.messages_.unbind();
     store_.inbox_.reset();
     handle_ = 0;
+    download_mail_ = true;
 }
 
 void LocalMailStore::Messages::set_SessionID(int handle)
@@ -69,8 +78,11 @@ void LocalMailStore::Messages::set_MsgIndex(int index)
 {
     constexpr int compose_buffer = -1;
     current_.reset();
-    if (index == compose_buffer)
+    draft_.reset();
+    if (index == compose_buffer) {
+        draft_.emplace();
         return;
+    }
     if (index < 0 || index >= count_)
         throw RuntimeError(error_number::subscript_out_of_range,
                            QStringLiteral("There is no message number %1: %2 were fetched.")
@@ -79,10 +91,17 @@ void LocalMailStore::Messages::set_MsgIndex(int index)
     current_ = bound_inbox().read(index);
 }
 
-Inbox &LocalMailStore::Messages::bound_inbox() const
+void LocalMailStore::Messages::require_binding() const
 {
     if (!is_bound_)
         fail(QStringLiteral("The message set is not bound to an open mail session."));
+}
+
+Inbox &LocalMailStore::Messages::bound_inbox()
+{
+    require_binding();
+    if (store_.inbox_ == nullptr)
+        store_.inbox_ = store_.find_inbox(store_.session_.UserName());
     return *store_.inbox_;
 }
 
@@ -100,52 +119,54 @@ void LocalMailStore::Messages::unbind()
     current_.reset();
 }
 
-void LocalMailStore::Messages::refuse_to_send()
+ComposeBuffer &LocalMailStore::Messages::draft()
 {
-    fail(QStringLiteral("Sending is not built yet"));
+    if (!draft_)
+        fail(QStringLiteral("No new message is current in the message set."));
+    return *draft_;
 }
 
-void LocalMailStore::Messages::set_RecipIndex(int)
+void LocalMailStore::Messages::set_RecipIndex(int index)
 {
-    refuse_to_send();
+    draft().set_RecipIndex(index);
 }
 
-void LocalMailStore::Messages::set_RecipType(int)
+void LocalMailStore::Messages::set_RecipType(int type)
 {
-    refuse_to_send();
+    draft().set_RecipType(type);
 }
 
-void LocalMailStore::Messages::set_RecipAddress(const QString &)
+void LocalMailStore::Messages::set_RecipAddress(const QString &address)
 {
-    refuse_to_send();
+    draft().set_RecipAddress(address);
 }
 
 void LocalMailStore::Messages::ResolveName()
 {
-    refuse_to_send();
+    draft().ResolveName();
 }
 
-void LocalMailStore::Messages::set_MsgSubject(const QString &)
+void LocalMailStore::Messages::set_MsgSubject(const QString &subject)
 {
-    refuse_to_send();
+    draft().set_MsgSubject(subject);
 }
 
-void LocalMailStore::Messages::set_MsgNoteText(const QString &)
+void LocalMailStore::Messages::set_MsgNoteText(const QString &text)
 {
-    refuse_to_send();
+    draft().set_MsgNoteText(text);
 }
 
-void LocalMailStore::Messages::set_AttachmentPathName(const QString &)
+void LocalMailStore::Messages::set_AttachmentPathName(const QString &path)
 {
-    refuse_to_send();
+    draft().set_AttachmentPathName(path);
 }
 
-void LocalMailStore::Messages::Send(bool)
+void LocalMailStore::Messages::Send(bool show_dialog)
 {
-    refuse_to_send();
-}
-
-void LocalMailStore::Messages::Copy()
-{
-    refuse_to_send();
+    require_binding();
+    const ComposeBuffer message = draft();
+    draft_.reset(); // whatever comes of it: nothing goes out twice
+    NoSendDialog nobody;
+    SendDialog *asked = store_.send_dialog_ != nullptr ? store_.send_dialog_ : &nobody;
+    send_message(message, store_.account(), store_.sending_, show_dialog ? asked : nullptr);
 }

@@ -3,6 +3,7 @@
 #include "mail/inbox.h"
 #include "mail/log_on.h"
 #include "mail/mail_store.h"
+#include "mail/send_message.h"
 
 #include <QString>
 
@@ -18,11 +19,15 @@
 class LocalMailStore : public MailStore
 {
 public:
-    /// @param dialog  may be null: nobody is there to ask; else it outlives the store.
-    explicit LocalMailStore(LogOnDialog *dialog = nullptr)
+    /// @param dialog, send_dialog  may be null: nobody is there to ask; else they outlive the
+    /// store.
+    explicit LocalMailStore(LogOnDialog *dialog = nullptr, SendDialog *send_dialog = nullptr,
+                            SendingConditions sending = {})
         : session_(*this),
           messages_(*this),
-          dialog_(dialog)
+          dialog_(dialog),
+          send_dialog_(send_dialog),
+          sending_(std::move(sending))
     {
     }
 
@@ -37,8 +42,9 @@ private:
 
         void set_UserName(const QString &profile) override { user_name_ = profile; }
         QString UserName() const override { return user_name_; }
-        /// Nothing to do: a local inbox has no server behind it.
-        void set_DownLoadMail(bool download) override;
+        /// With false the next session is one to send: it needs no inbox, which is then looked for
+        /// when it is fetched.
+        void set_DownLoadMail(bool download) override { download_mail_ = download; }
         /// A session that is still open is closed first.
         void SignOn() override;
         int SessionID() const override { return handle_; }
@@ -48,6 +54,7 @@ private:
     private:
         LocalMailStore &store_;
         QString user_name_;
+        bool download_mail_ = true;
         int handle_ = 0;
         int last_handle_ = 0;
     };
@@ -61,6 +68,7 @@ private:
         void Fetch() override;
         /// 0 until the inbox is fetched.
         int MsgCount() const override { return count_; }
+        /// -1 starts an empty new message, which stays through set_SessionID.
         void set_MsgIndex(int index) override;
 
         QString MsgOrigAddress() const override { return current().address; }
@@ -76,27 +84,35 @@ private:
         void set_MsgSubject(const QString &subject) override;
         void set_MsgNoteText(const QString &text) override;
         void set_AttachmentPathName(const QString &path) override;
+        /// Hands the new message over; afterwards there is none any more, whatever came of it.
+        /// @throws RuntimeError as send_message() does.
         void Send(bool show_dialog) override;
-        void Copy() override;
+        /// Nothing: the compose buffer needs no copy.
+        void Copy() override {}
 
         /// Forgets the session and what was read in it.
         void unbind();
 
     private:
-        Inbox &bound_inbox() const;
+        void require_binding() const;
+        Inbox &bound_inbox();
+        ComposeBuffer &draft();
         const MessageFields &current() const;
-        [[noreturn]] static void refuse_to_send();
 
         LocalMailStore &store_;
         bool is_bound_ = false;
         int count_ = 0;
         std::optional<MessageFields> current_;
+        std::optional<ComposeBuffer> draft_; // the compose buffer, when it is the current message
     };
 
     std::unique_ptr<Inbox> find_inbox(const QString &profile) const;
+    static SendingAccount account();
 
     Session session_;
     Messages messages_;
     LogOnDialog *dialog_;
+    SendDialog *send_dialog_;
+    SendingConditions sending_;
     std::unique_ptr<Inbox> inbox_; // while a session is open
 };

@@ -52,6 +52,8 @@ public:
     ServerConnection(const ServerConnection &) = delete;
     ServerConnection &operator=(const ServerConnection &) = delete;
 
+    /// From now on each step bears a silence of this length.
+    void set_patience(std::chrono::milliseconds patience) { conditions_.patience = patience; }
     /// Names what is done from now on ("logging in"): the step in failures of the line itself.
     void begin(const QString &step);
     const QString &step() const { return step_; }

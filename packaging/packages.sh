@@ -18,9 +18,10 @@ sample_packages=(fonts-droid-fallback)
 # A display for a machine that has none.
 headless_packages=(xvfb)
 
-# openssl makes the certificates of the tests' mail servers.
-test_packages=(libgtest-dev libgmock-dev openssl)
-# The tests' real mail server; they start it themselves.
+# openssl makes the certificates of the tests' mail servers; python3-aiosmtpd is one that takes mail;
+# poppler-utils reads back what is printed.
+test_packages=(libgtest-dev libgmock-dev openssl poppler-utils python3-aiosmtpd)
+# The tests' servers of inboxes; they start them themselves.
 server_packages=(dovecot-imapd dovecot-pop3d)
 
 # What the benchmarks measure with and beside.

@@ -40,6 +40,16 @@ void EventHandlers::run(const Handler &handler)
     }
 }
 
+QList<const QObject *> EventHandlers::bound() const
+{
+    QList<const QObject *> there;
+    for (const auto &sender : bound_) {
+        if (!sender.isNull())
+            there.append(sender.data());
+    }
+    return there;
+}
+
 void EventHandlers::end_program(const RuntimeError &error)
 {
     ending_ = true;

@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QList>
+#include <QPointer>
 
 #include <functional>
 
@@ -28,6 +29,7 @@ public:
     template <typename Sender, typename Signal>
     void on(Sender *sender, Signal signal, Handler handler)
     {
+        bound_.removeIf([](const auto &bound) { return bound.isNull(); });
         bound_.append(sender);
         QObject::connect(sender, signal, sender,
                          [this, handler = std::move(handler)] { run(handler); });
@@ -39,15 +41,15 @@ public:
     /// Whether a handler runs at this moment, in this or in an outer turn of the event loop.
     bool is_running() const { return running_ > 0; }
 
-    /// What handlers are bound to, once for each handler.
-    const QList<const QObject *> &bound() const { return bound_; }
+    /// What handlers are bound to, once for each handler, as far as it is still there.
+    QList<const QObject *> bound() const;
 
 private:
     [[noreturn]] void end_program(const RuntimeError &error);
 
     Prompts &prompts_;
     Handler close_databases_;
-    QList<const QObject *> bound_;
+    QList<QPointer<const QObject>> bound_; // windows come and go
     int running_ = 0;
     bool ending_ = false;
 };

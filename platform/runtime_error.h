@@ -23,6 +23,7 @@ inline constexpr int path_not_found = 76;
 inline constexpr int object_not_set = 91;
 inline constexpr int invalid_pattern = 93;
 inline constexpr int object_required = 424;
+inline constexpr int printer_error = 482;
 inline constexpr int update_without_edit = 3020;
 inline constexpr int no_current_record = 3021;
 inline constexpr int could_not_find_file = 3024;
@@ -34,6 +35,7 @@ inline constexpr int record_deleted = 3167;
 inline constexpr int item_not_found = 3265;
 inline constexpr int unrecognised_database = 3343;
 inline constexpr int mail_failure = 32000;
+inline constexpr int sending_cancelled = 32001;
 } // namespace error_number
 
 /// The one exception of the program: whatever fails (file, database, mail store, arithmetic) throws

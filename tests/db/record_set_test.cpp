@@ -44,6 +44,60 @@ TEST_F(Records, AreMovedToByPosition)
     EXPECT_EQ(set().field("email"), "c");
 }
 
+TEST_F(Records, AreVisitedWithoutMovingTheCurrentOne)
+{
+    run_sql(path(), "insert into master(email, name) values ('b', 'Bob'), ('a', null), ('c', 'C')");
+    show(Data1, "select * from master");
+    set().move_next();
+    QStringList visited;
+    const auto visit = [&visited](const QStringList &fields) { visited.append(fields.join('|')); };
+    set().walk({"NAME", "email"}, visit);
+    EXPECT_EQ(visited, (QStringList{"Bob|b", "|a", "C|c"}));
+    EXPECT_EQ(set().field("email"), "a");
+    visited.clear();
+    EXPECT_EQ(number_of([&] {
+                  set().walk({"email", "subject"}, visit);
+              }),
+              error_number::item_not_found);
+    EXPECT_EQ(visited, QStringList());
+}
+
+TEST_F(Records, AreVisitedInTheSetsOrder)
+{
+    insert_master({"b", "a", "x", "c"});
+    QStringList visited;
+    const auto visit = [&visited](const QStringList &fields) { visited += fields; };
+    const auto visited_of = [&](const QString &source) {
+        show(Data1, source);
+        visited.clear();
+        set().walk({"email"}, visit);
+        return visited;
+    };
+    EXPECT_EQ(visited_of("master"), (QStringList{"b", "a", "x", "c"}));
+    EXPECT_EQ(visited_of("select * from master order by email"), (QStringList{"a", "b", "c", "x"}));
+    EXPECT_EQ(visited_of("select * from master where email like 'c'"), QStringList{"c"});
+    EXPECT_EQ(visited_of("select distinct email from master"), (QStringList{"b", "a", "x", "c"}));
+    EXPECT_EQ(visited_of("system"), QStringList());
+    show(Data1, "master");
+    set().sort(0, Qt::DescendingOrder);
+    visited.clear();
+    set().walk({"email"}, visit);
+    EXPECT_EQ(visited, (QStringList{"x", "c", "b", "a"}));
+}
+
+TEST_F(Records, ThatChangeWhileTheyAreVisitedAreThoseOfTheRefresh)
+{
+    insert_master({"a", "b", "c"});
+    show(Data1, "master");
+    QStringList visited;
+    set().walk({"email"}, [&](const QStringList &fields) {
+        visited += fields;
+        Data1.execute("insert into master(email, name) select email, name from master");
+        Data1.execute("delete * from master where email like 'c'");
+    });
+    EXPECT_EQ(visited, (QStringList{"a", "b", "c"}));
+}
+
 TEST_F(Records, TellHowFarTheWalkIs)
 {
     insert_master({"a", "b", "c", "d"});

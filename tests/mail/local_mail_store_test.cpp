@@ -217,13 +217,4 @@ TEST_F(LocalStore, AMessageThatHasGoneIsNotCurrent)
     EXPECT_THROW(store.messages().MsgNoteText(), RuntimeError);
     EXPECT_EQ(store.messages().MsgCount(), 1);
 }
-
-TEST_F(LocalStore, CannotSendYet)
-{
-    MessageSet &messages = store.messages();
-    messages.set_MsgIndex(-1); // the compose buffer needs no session
-    EXPECT_EQ(failure([&] { messages.set_RecipIndex(0); }), "32000 Sending is not built yet");
-    EXPECT_EQ(failure([&] { messages.set_MsgSubject("x"); }), "32000 Sending is not built yet");
-    EXPECT_EQ(failure([&] { messages.Send(true); }), "32000 Sending is not built yet");
-}
 } // namespace

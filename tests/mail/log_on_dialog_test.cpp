@@ -1,53 +1,16 @@
 #include "mail/local_inbox.h"
 #include "mail/log_on_dialog.h"
 #include "platform/drive_path.h"
+#include "tests/mail/dialog_hand.h"
 #include "tests/mail/mail_texts.h"
 #include "tests/support/private_home.h"
 
-#include <QApplication>
-#include <QDialog>
-#include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 namespace
 {
-// Does something to the open dialog, once it is there, and closes it if that did not.
-class DialogHand : public QObject
-{
-public:
-    explicit DialogHand(std::function<void(QDialog &)> action) : action_(std::move(action))
-    {
-        QTimer::singleShot(0, this, [this] { act(); });
-    }
-    bool has_acted() const { return has_acted_; }
-
-private:
-    void act()
-    {
-        auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-        ASSERT_NE(dialog, nullptr);
-        has_acted_ = true;
-        action_(*dialog);
-        if (dialog->isVisible()) {
-            ADD_FAILURE() << "the dialog stayed open";
-            dialog->reject();
-        }
-    }
-
-    std::function<void(QDialog &)> action_;
-    bool has_acted_ = false;
-};
-
-QPushButton &button(QDialog &dialog, QDialogButtonBox::StandardButton which)
-{
-    return *dialog.findChild<QDialogButtonBox *>()->button(which);
-}
-
 TEST(LogOnDialogWindow, SaysWhyAndGivesTheChosenInbox)
 {
     const PrivateHome home;

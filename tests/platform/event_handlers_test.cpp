@@ -74,6 +74,12 @@ TEST(EventHandlers, KnowWhatIsBoundAndWhetherAHandlerRuns)
     EXPECT_EQ(running, (QList<bool>{true, true}));
     EXPECT_FALSE(handlers.is_running());
     EXPECT_EQ(handlers.bound(), (QList<const QObject *>{&inner, &outer}));
+    {
+        QPushButton passing;
+        handlers.on_click(&passing, [] {});
+        EXPECT_EQ(handlers.bound().size(), 3);
+    }
+    EXPECT_EQ(handlers.bound(), (QList<const QObject *>{&inner, &outer}));
 }
 
 TEST(EventHandlers, NoStepOfAnOuterCommandRunsAfterAFailureInsideItsTurnOfTheEventLoop)

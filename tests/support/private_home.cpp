@@ -17,4 +17,5 @@ PrivateHome::PrivateHome()
     point("XDG_CONFIG_HOME", QStringLiteral("config"));
     point("XDG_CACHE_HOME", QStringLiteral("cache"));
     qunsetenv("MAIL");
+    qputenv("CUPS_SERVER", "/no/such/server"); // nothing is ever printed on a real printer
 }

@@ -5,8 +5,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A home folder of the test's own: HOME and the XDG folders point into it, MAIL is unset. Gone at
-/// the end.
+/// A home folder of the test's own: HOME and the XDG folders point into it, MAIL is unset, and
+/// there are no printers. Gone at the end.
 class PrivateHome
 {
 public:

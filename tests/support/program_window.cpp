@@ -72,8 +72,8 @@ ProgramWindow::~ProgramWindow()
 MainWindow &ProgramWindow::window()
 {
     if (window_ == nullptr) {
-        window_ = std::make_unique<MainWindow>(
-            Services{settings, prompts_, mail, [this] { return now; }});
+        window_ = std::make_unique<MainWindow>(Services{
+            settings, prompts_, mail, [this] { return now; }, [this] { return printer(); }});
         prompts_.set_parent(window_.get());
         window_->open();
         QApplication::processEvents();

@@ -85,6 +85,8 @@ protected:
     QDateTime now{QDate(2026, 3, 4), QTime(5, 6, 7)};
     MailStoreDouble mail;
     BoxRobot boxes;
+    /// Where print jobs go; the desktop of a test has no printer.
+    PrinterMaker printer = default_printer;
 
     const QString database = QStringLiteral("C:\\Ostrix\\Ostrix.mdb");
     /// The same file by the path that a file dialog gives.

@@ -1,5 +1,6 @@
-#include "app/hidden_buttons.h"
+#include "app/hidden_controls.h"
 
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace
@@ -11,16 +12,24 @@ QPushButton *add_button(QWidget &window, const char *name, const char *caption)
     button->hide();
     return button;
 }
+
+QLineEdit *add_line(QWidget &window, const char *name)
+{
+    auto *line = new QLineEdit(&window);
+    line->setObjectName(QString::fromLatin1(name));
+    line->hide();
+    return line;
+}
 } // namespace
 
-HiddenButtons add_hidden_buttons(QWidget &window)
+HiddenControls add_hidden_controls(QWidget &window)
 {
-    const HiddenButtons buttons{
+    return {
         .Command11 = add_button(window, "Command11", ""),
         .Command22 = add_button(window, "Command22", "delete all incorrect addresses(filter)"),
         .Command23 =
             add_button(window, "Command23", "delete incorrect subject headings from both tables"),
         .Command27 = add_button(window, "Command27", "Command27"),
+        .Text8 = add_line(window, "Text8"),
     };
-    return buttons;
 }

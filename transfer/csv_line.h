@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// The fields as a record of comma-separated values (RFC 4180), without its line end: a field that
+/// holds a comma, a quote or a line break stands in quotes.
+QString csv_line(const QStringList &fields);

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <vector>
+
+/// The pieces of a text between its commas, numbered from 0. An empty text has none.
+class ImportItems
+{
+public:
+    explicit ImportItems(const QString &text);
+
+    /// The highest number; -1 when there are no items.
+    qsizetype highest() const { return static_cast<qsizetype>(ends_.size()) - 1; }
+
+    /// @throws RuntimeError 9 for a number that no item has.
+    QString at(qsizetype number) const;
+
+    const QString &text() const { return text_; }
+
+private:
+    QString text_;
+    std::vector<qsizetype> ends_; // the place behind each item
+};
+
+/// Sees the working text after each of the four changes to it.
+using WorkingTextSeen = std::function<void(const QString &text)>;
+
+/// Takes an import file's text apart into the items that are stored:
+/// 1. every line (ended by CR LF, LF or CR) gets CR LF as its end, the last one too;
+/// 2. every CR LF becomes a comma;
+/// 3. the pieces between commas that hold "@" are joined by blanks, all others go;
+/// 4. every blank becomes a comma.
+/// So a piece with blanks ends as several items, also ones without "@": nobody sorts them out
+/// again. The items are the pieces between the commas of the last text.
+ImportItems import_items(QString text, const WorkingTextSeen &seen = {});
