@@ -24,6 +24,16 @@ void ImapInbox::fetch()
     failure_.reset();
     may_resume_ = true;
     try {
+        open_and_list();
+    } catch (const RuntimeError &error) {
+        give_up(error);
+        throw;
+    }
+}
+
+void ImapInbox::open_and_list()
+{
+    try {
         open();
         list();
     } catch (const LineLost &) {
@@ -80,7 +90,7 @@ RawMessage ImapInbox::read_raw(std::size_t index)
             return std::move(*message);
     } catch (const LineLost &error) {
         if (!may_resume_) {
-            failure_ = error;
+            give_up(error);
             throw;
         }
         resume();
@@ -88,7 +98,7 @@ RawMessage ImapInbox::read_raw(std::size_t index)
     } catch (const MessageRefused &) {
         throw; // the next one may come
     } catch (const RuntimeError &error) {
-        failure_ = error;
+        give_up(error);
         throw;
     }
     throw MessageGone(error_number::mail_failure,
@@ -109,10 +119,17 @@ void ImapInbox::resume()
                 QStringLiteral("going on with the messages"),
                 QStringLiteral("the server has numbered the messages of '%1' anew").arg(mailbox_));
     } catch (const RuntimeError &error) {
-        failure_ = error;
+        give_up(error);
         throw;
     }
     window_ = std::make_unique<ImapWindow>(*session_, entries_);
+}
+
+// The line is of no more use.
+void ImapInbox::give_up(const RuntimeError &error)
+{
+    failure_ = error;
+    sign_off();
 }
 
 void ImapInbox::sign_off()

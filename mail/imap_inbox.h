@@ -35,6 +35,8 @@ public:
 private:
     void open();
     void list();
+    void open_and_list();
+    void give_up(const RuntimeError &error);
     void sign_off();
     void resume();
     RawMessage read_raw(std::size_t index);

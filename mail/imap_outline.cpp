@@ -6,6 +6,7 @@
 #include <QRandomGenerator>
 
 #include <algorithm>
+#include <numeric>
 
 namespace
 {
@@ -111,12 +112,22 @@ std::optional<ImapOutline::Part> ImapOutline::read_multipart(const ImapValue &st
             return std::nullopt;
         part.parts.push_back(std::move(*inner));
     }
+    // No boundary was found: the text is in front of it.
+    if (size_of_leaves(part) == 0)
+        return std::nullopt;
     const QByteArray subtype = structure.text_at(next).toLower();
     part.type = "multipart/" + (is_token(subtype) ? subtype : QByteArray("mixed"));
     part.is_delivery_report =
         next + 1 < structure.items.size() &&
         parameter(structure.items[next + 1], "report-type") == "delivery-status";
     return part;
+}
+
+qint64 ImapOutline::size_of_leaves(const Part &part)
+{
+    return std::accumulate(
+        part.parts.begin(), part.parts.end(), part.size,
+        [](qint64 size, const Part &inner) { return size + size_of_leaves(inner); });
 }
 
 std::optional<ImapOutline::Part> ImapOutline::read_message(const ImapValue &structure,

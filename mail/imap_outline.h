@@ -50,6 +50,7 @@ private:
     static std::optional<Part> read_multipart(const ImapValue &structure,
                                               const QByteArray &section);
     static std::optional<Part> read_message(const ImapValue &structure, const QByteArray &section);
+    static qint64 size_of_leaves(const Part &part);
     static Part read_leaf(const ImapValue &structure, const QByteArray &section);
     static const Part *find(const Part &part, QByteArrayView section);
     static QByteArray short_header(const Part &part);

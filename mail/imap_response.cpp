@@ -282,7 +282,7 @@ QDateTime read_internal_date(const QByteArray &text)
     const QDate date(day[2].toInt(), static_cast<int>(month / 3 + 1), day[0].toInt());
     const QTime time = QTime::fromString(QString::fromLatin1(words[1]), Qt::ISODate);
     const int zone = words[2].toInt(); // ±hhmm
-    if (month < 0 || !date.isValid() || !time.isValid())
+    if (month < 0 || month % 3 != 0 || !date.isValid() || !time.isValid())
         return {};
     return QDateTime(date, time, Qt::OffsetFromUTC, (zone / 100 * 60 + zone % 100) * 60).toUTC();
 }

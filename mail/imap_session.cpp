@@ -231,8 +231,8 @@ ImapResponse ImapSession::next()
     }
 }
 
-std::optional<QString> ImapSession::finish(const QByteArray &tag, const Handler &on_untagged,
-                                           const Handler &on_continuation)
+ImapSession::End ImapSession::read_to_an_end(const Handler &on_untagged,
+                                             const Handler &on_continuation)
 {
     for (int untagged = 0; untagged < most_untagged; ++untagged) {
         ImapResponse response = next();
@@ -245,11 +245,21 @@ std::optional<QString> ImapSession::finish(const QByteArray &tag, const Handler 
             continue;
         }
         const QByteArray keyword = response.keyword();
-        if (response.tag != tag || (keyword != "OK" && keyword != "NO"))
+        if (keyword != "OK" && keyword != "NO")
             connection_.fail(connection_.step(), words_of(response));
-        return keyword == "NO" ? std::optional(words_of(response)) : std::nullopt;
+        return {response.tag, keyword == "NO" ? std::optional(words_of(response)) : std::nullopt};
     }
     connection_.fail(connection_.step(), QStringLiteral("the server never comes to an end"));
+}
+
+std::optional<QString> ImapSession::finish(const QByteArray &tag, const Handler &on_untagged,
+                                           const Handler &on_continuation)
+{
+    const End end = read_to_an_end(on_untagged, on_continuation);
+    if (end.tag != tag)
+        connection_.fail(connection_.step(),
+                         QStringLiteral("the server answers what it was not asked"));
+    return end.refusal;
 }
 
 void ImapSession::run(const QByteArray &command, const Handler &on_untagged)

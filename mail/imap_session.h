@@ -32,10 +32,19 @@ public:
 
     /// Sends a command without waiting. @return its tag.
     QByteArray send(const QByteArray &command);
-    /// Reads up to the end of the command with this tag, which must be the oldest that was sent.
+    /// The end of a command.
+    struct End
+    {
+        QByteArray tag;
+        std::optional<QString> refusal; // the server's words when it said NO
+    };
+
+    /// Reads up to the next end of a command; servers work on several at a time.
     /// @param on_untagged  is handed every untagged response.
     /// @param on_continuation  is handed the server's requests to go on.
-    /// @return the server's words when it said NO, else nothing.
+    End read_to_an_end(
+        const Handler &on_untagged, const Handler &on_continuation = [](const ImapResponse &) {});
+    /// The same for the only command that is on its way. @return its refusal.
     std::optional<QString> finish(
         const QByteArray &tag, const Handler &on_untagged,
         const Handler &on_continuation = [](const ImapResponse &) {});

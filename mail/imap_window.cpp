@@ -118,7 +118,7 @@ void ImapWindow::ask(Batch &batch, const Item *demanded)
     batch.refusal.clear();
     for (const auto &[request, uids] : requests) {
         const QByteArray command = "UID FETCH " + imap_set(uids) + " (UID " + request + ')';
-        pending_.push_back({session_.send(command), &batch});
+        pending_.insert(session_.send(command), &batch);
         ++batch.pending;
     }
 }
@@ -153,27 +153,34 @@ qint64 ImapWindow::size_of_answer(const Item &item) const
     return bytes;
 }
 
-// Reads the answer to the oldest command.
+// Reads up to the end of some command. The server may answer several at a time, in any order.
 void ImapWindow::advance()
 {
-    const Pending oldest = pending_.front();
-    const auto refusal = session_.finish(oldest.tag, [&](ImapResponse response) {
+    const ImapSession::End end = session_.read_to_an_end([this](ImapResponse response) {
         if (response.keyword() == "FETCH")
-            take(*oldest.batch, read_fetch(std::move(response)));
+            take(read_fetch(std::move(response)));
     });
-    pending_.pop_front();
-    if (refusal)
-        oldest.batch->refusal = *refusal;
-    if (--oldest.batch->pending == 0)
-        settle(*oldest.batch);
+    Batch *const batch = pending_.take(end.tag);
+    if (batch == nullptr)
+        session_.connection().fail(session_.connection().step(),
+                                   QStringLiteral("the server answers what it was not asked"));
+    if (end.refusal)
+        batch->refusal = *end.refusal;
+    if (--batch->pending == 0)
+        settle(*batch);
 }
 
-void ImapWindow::take(Batch &batch, ImapFetch fetch) const
+void ImapWindow::take(ImapFetch fetch)
 {
-    const auto found = std::ranges::lower_bound(
-        batch.items, fetch.uid, {}, [this](const Item &item) { return entry_of(item).uid; });
-    if (found != batch.items.end() && entry_of(*found).uid == fetch.uid && found->is_asked)
-        take(*found, std::move(fetch));
+    const auto uid = [this](const Item &item) { return entry_of(item).uid; };
+    for (Batch &batch : batches_) {
+        if (fetch.uid > uid(batch.items.back()))
+            continue;
+        const auto found = std::ranges::lower_bound(batch.items, fetch.uid, {}, uid);
+        if (uid(*found) == fetch.uid && found->is_asked)
+            take(*found, std::move(fetch));
+        return;
+    }
 }
 
 // Another program's change of a flag comes as a FETCH too: it has nothing of what was asked for.

@@ -7,7 +7,6 @@
 
 #include <QHash>
 
-#include <deque>
 #include <list>
 #include <vector>
 
@@ -33,7 +32,7 @@ public:
     /// @throws MessageRefused, and RuntimeError when the server cannot be understood.
     std::optional<RawMessage> read(std::size_t index);
     /// Whether no answers are on their way.
-    bool is_idle() const { return pending_.empty(); }
+    bool is_idle() const { return pending_.isEmpty(); }
 
 private:
     /// What is to be asked for next.
@@ -61,12 +60,6 @@ private:
         QString refusal; // the server's words when it said NO to one of them
     };
 
-    struct Pending
-    {
-        QByteArray tag;
-        Batch *batch = nullptr;
-    };
-
     const ImapEntry &entry_of(const Item &item) const { return entries_[item.index]; }
     Item new_item(std::size_t index) const;
     void go_to(std::size_t index);
@@ -74,7 +67,7 @@ private:
     void begin_batch();
     void ask(Batch &batch, const Item *demanded = nullptr);
     void advance();
-    void take(Batch &batch, ImapFetch fetch) const;
+    void take(ImapFetch fetch);
     static void take(Item &item, ImapFetch fetch);
     void settle(Batch &batch);
     static void settle(Item &item, const QString &refusal);
@@ -85,7 +78,7 @@ private:
 
     ImapSession &session_;
     const std::vector<ImapEntry> &entries_;
-    std::list<Batch> batches_; // in the order of their messages
-    std::deque<Pending> pending_;
-    std::size_t next_ = 0; // the first message that is in no batch yet
+    std::list<Batch> batches_;           // in the order of their messages
+    QHash<QByteArray, Batch *> pending_; // the commands on their way, by tag
+    std::size_t next_ = 0;               // the first message that is in no batch yet
 };

@@ -50,6 +50,16 @@ void Pop3Inbox::fetch()
     failure_.reset();
     may_resume_ = true;
     try {
+        open_and_list();
+    } catch (const RuntimeError &error) {
+        give_up(error);
+        throw;
+    }
+}
+
+void Pop3Inbox::open_and_list()
+{
+    try {
         open();
         entries_ = list();
     } catch (const LineLost &) {
@@ -109,7 +119,7 @@ RawMessage Pop3Inbox::read_raw(std::size_t index)
         return ask_and_read(index);
     } catch (const LineLost &error) {
         if (!may_resume_ || entries_.at(index).identifier.isEmpty()) {
-            failure_ = error;
+            give_up(error);
             throw;
         }
     } catch (const MessageGone &) {
@@ -117,7 +127,7 @@ RawMessage Pop3Inbox::read_raw(std::size_t index)
     } catch (const MessageRefused &) {
         throw;
     } catch (const RuntimeError &error) {
-        failure_ = error;
+        give_up(error);
         throw;
     }
     resume();
@@ -208,9 +218,16 @@ void Pop3Inbox::resume()
         for (Entry &entry : entries_)
             entry.number = numbers.value(entry.identifier, 0);
     } catch (const RuntimeError &error) {
-        failure_ = error;
+        give_up(error);
         throw;
     }
+}
+
+// The line is of no more use.
+void Pop3Inbox::give_up(const RuntimeError &error)
+{
+    failure_ = error;
+    sign_off();
 }
 
 void Pop3Inbox::sign_off()

@@ -45,6 +45,8 @@ private:
 
     void open();
     std::vector<Entry> list();
+    void open_and_list();
+    void give_up(const RuntimeError &error);
     void sign_off();
     void resume();
     RawMessage read_raw(std::size_t index);

@@ -68,12 +68,7 @@ void ProfileMailStore::fetch_inbox()
     }
 }
 
-<<<<<<< HEAD:mail/local_mail_store.cpp
-SendingAccount LocalMailStore::sending_account()
-=======
-// A refusal means that nothing has gone out yet; what the person was shown is not shown again.
-void ProfileMailStore::send(const ComposeBuffer &message, SendDialog *dialog)
->>>>>>> profiles:mail/profile_mail_store.cpp
+SendingAccount ProfileMailStore::sending_account()
 {
     const MailProfile &profile = profile_for(MailUse::Sending);
     return {profile, [this, profile] { return accounts_.credentials(profile, MailUse::Sending); },

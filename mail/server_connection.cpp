@@ -53,6 +53,11 @@ QString certificate_faults(const QList<QSslError> &faults)
 }
 } // namespace
 
+bool is_this_machine(const QHostAddress &peer, const QHostAddress &local)
+{
+    return peer.isLoopback() || (!peer.isNull() && peer.isEqual(local));
+}
+
 ServerConnection::ServerConnection(MailServer server, NetworkConditions conditions)
     : server_(std::move(server)),
       conditions_(std::move(conditions)),
@@ -129,9 +134,7 @@ bool ServerConnection::is_encrypted() const
 
 bool ServerConnection::may_carry_secrets() const
 {
-    const QHostAddress peer = socket_->peerAddress();
-    return is_encrypted() ||
-           (!peer.isNull() && (peer.isLoopback() || peer.isEqual(socket_->localAddress())));
+    return is_encrypted() || is_this_machine(socket_->peerAddress(), socket_->localAddress());
 }
 
 void ServerConnection::write(const QByteArray &bytes)

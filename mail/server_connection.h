@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 
+class QHostAddress;
 class QSslConfiguration;
 class QSslSocket;
 
@@ -34,6 +35,9 @@ class LineLost : public RuntimeError
 public:
     using RuntimeError::RuntimeError;
 };
+
+/// Whether a line between these two ends does not leave this machine.
+bool is_this_machine(const QHostAddress &peer, const QHostAddress &local);
 
 /// A line to a mail server, over TCP and TLS 1.2 or later. The certificate chain and the host name
 /// are always verified. Blocks its caller; every wait ends after the conditions' patience: a line,

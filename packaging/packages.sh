@@ -21,6 +21,8 @@ headless_packages=(xvfb)
 # openssl makes the certificates of the tests' mail servers; python3-aiosmtpd is one that takes mail;
 # poppler-utils reads back what is printed.
 test_packages=(libgtest-dev libgmock-dev openssl poppler-utils python3-aiosmtpd)
+# The tests' servers of inboxes; they start them themselves.
+server_packages=(dovecot-imapd dovecot-pop3d)
 
 # What the benchmarks measure with and beside.
 bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)

@@ -5,6 +5,7 @@
 #include "tests/support/print_qt.h"
 
 #include <QElapsedTimer>
+#include <QHostAddress>
 #include <gtest/gtest.h>
 
 namespace
@@ -330,6 +331,21 @@ TEST_F(Line, NeverShowsASecretThatTheServerRepeats)
         EXPECT_EQ(error.description(), "The mail server 'localhost' (port 143), logging in: its "
                                        "answer repeats a secret and is not shown");
     }
+}
+
+TEST(ThisMachine, IsWhatALineNeedNotLeave)
+{
+    const auto here = [](const QString &peer, const QString &local) {
+        return is_this_machine(QHostAddress(peer), QHostAddress(local));
+    };
+    EXPECT_TRUE(here("127.0.0.1", "127.0.0.1"));
+    EXPECT_TRUE(here("127.0.0.2", "127.0.0.1"));
+    EXPECT_TRUE(here("::1", "::1"));
+    EXPECT_TRUE(here("::ffff:127.0.0.1", "::ffff:127.0.0.1"));
+    EXPECT_TRUE(here("192.0.2.7", "192.0.2.7"));
+    EXPECT_FALSE(here("192.0.2.7", "192.0.2.8"));
+    EXPECT_FALSE(here("10.0.0.1", "10.0.0.2"));
+    EXPECT_FALSE(here("", "")); // no line at all
 }
 
 TEST_F(Line, SendsALotAndReadsWhatComesMeanwhile)

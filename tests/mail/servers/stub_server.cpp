@@ -57,9 +57,10 @@ QByteArray StubLine::hear()
     const QDeadlineTimer end(longest_wait);
     while (!socket_.canReadLine() && is_open() && !end.hasExpired())
         socket_.waitForReadyRead(slice);
-    QByteArray line = socket_.canReadLine() ? socket_.readLine() : QByteArray();
+    has_heard_ = socket_.canReadLine();
+    QByteArray line = has_heard_ ? socket_.readLine() : QByteArray();
     line.chop(line.endsWith("\r\n") ? 2 : 0);
-    if (!line.isEmpty())
+    if (has_heard_)
         heard_ += (is_encrypted() ? "[tls] " : "[clear] ") + line;
     return line;
 }
@@ -67,7 +68,7 @@ QByteArray StubLine::hear()
 QByteArray StubLine::answer(const QByteArray &answer)
 {
     const QByteArray line = hear();
-    if (!line.isEmpty())
+    if (has_heard_)
         say(QByteArray(answer).replace("TAG", line.split(' ').first()));
     return line;
 }

@@ -37,6 +37,7 @@ private:
     QSslSocket &socket_;
     const std::atomic<bool> &is_to_stop_;
     QList<QByteArray> heard_;
+    bool has_heard_ = false;
 };
 
 /// A server on a free port of 127.0.0.1 that does as its script says, in a thread of its own, one
