@@ -108,6 +108,7 @@ void MainWindow::wire_tabs()
     tabs.properties.wire(handlers_, log_writer_, purge_cycles_, replay_);
     tabs.schedule.wire(handlers_, {services_.clock, services_.prompts,
                                    [this](SkippedSteps &skipped) { run_unattended(skipped); },
+                                   [this] { return services_.mail.is_busy(); },
                                    [this](const QString &state) { progress_.show_schedule(state); },
                                    [this](const QString &note) { progress_.note(note); }});
     tabs.about.wire(handlers_, try_out_);

@@ -182,6 +182,31 @@ TEST_F(Tick, AStopInTheMiddleOfTheTickIsUndoneToo)
     EXPECT_TRUE(is_scheduled());
 }
 
+TEST_F(Tick, WaitsWhileTheMailStoreIsInTheMiddleOfSomething)
+{
+    start({"Check1"}, "0", "1");
+    settings.write("WarningMessages", "1");
+    mail.on_call["Fetch"] = [this] { // a manual run whose server lets it wait
+        mail.on_call.clear();
+        mail.busy = true;
+        pass_minutes(1);
+        mail.busy = false;
+    };
+    const QString in_log = " All deleted entries can be viewed in the log file.";
+    boxes.expect_ok_cancel("Do you want delete incorrect or invalid addresses as returned by your "
+                           "ISP?" +
+                               in_log,
+                           false);
+    boxes.expect_ok_cancel("Do you want delete messages with a specific subject heading?" + in_log,
+                           false);
+    click("Command2");
+    EXPECT_EQ(runs(), 1);
+    EXPECT_EQ(history(), QStringList());
+    QMetaObject::invokeMethod(&control<QTimer>("held_tick"), "timeout");
+    EXPECT_EQ(runs(), 2);
+    EXPECT_EQ(history(), QStringList{"2026-03-02 09:31:00"});
+}
+
 TEST_F(Tick, AClockSetBackRunsNothingUntilItHasCaughtUp)
 {
     start({"Check1"}, "0", "5");
