@@ -39,3 +39,9 @@ void TextBox::append_text(const QString &text)
     end.movePosition(QTextCursor::End);
     end.insertText(without_hidden_breaks(text));
 }
+
+void TextBox::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QPlainTextEdit::mouseDoubleClickEvent(event);
+    Q_EMIT double_clicked();
+}

@@ -19,4 +19,10 @@ public:
 
     /// Adds at the end; takes time by the length of `text` alone.
     virtual void append_text(const QString &text);
+
+Q_SIGNALS:
+    void double_clicked();
+
+protected:
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
 };

@@ -1,0 +1,395 @@
+// The window "Filter", reached from the menu "Tools".
+#include "db/schema.h"
+#include "mail/review_window.h"
+#include "platform/drive_path.h"
+#include "platform/text_box.h"
+#include "tests/support/program_window.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace
+{
+using testing::ExitedWithCode;
+using testing::HasSubstr;
+
+const QString review_database = "C:\\Velmoradrane.mdb";
+
+class ReviewForm : public ProgramWindow
+{
+protected:
+    ReviewForm() { create_database(review_database); }
+
+    static void run(const QString &sql)
+    {
+        SQLite::Database file(native_path(review_database).toStdString(), SQLite::OPEN_READWRITE,
+                              5000);
+        file.exec(sql.toStdString());
+    }
+    static void add(const QString &email, const QString &subject, const QString &text = {})
+    {
+        SQLite::Database file(native_path(review_database).toStdString(), SQLite::OPEN_READWRITE,
+                              5000);
+        SQLite::Statement insert(file, "insert into email(email, subject, text) values(?, ?, ?)");
+        insert.bind(1, email.toStdString());
+        insert.bind(2, subject.toStdString());
+        insert.bind(3, text.toStdString());
+        insert.exec();
+    }
+    static QStringList emails()
+    {
+        SQLite::Database file(native_path(review_database).toStdString(), SQLite::OPEN_READONLY);
+        SQLite::Statement query(file, "select email from email order by rowid");
+        QStringList found;
+        while (query.executeStep())
+            found.append(QString::fromStdString(query.getColumn(0).getString()));
+        return found;
+    }
+
+    ReviewWindow &form()
+    {
+        auto *found = window().findChild<ReviewWindow *>("FilterFrm");
+        if (found == nullptr) {
+            choose("ReviewFilter");
+            found = window().findChild<ReviewWindow *>("FilterFrm");
+        }
+        return *found;
+    }
+    template <typename Control>
+    Control &part(const QString &name)
+    {
+        return *form().findChild<Control *>(name);
+    }
+    void press(const QString &button)
+    {
+        QTest::mouseClick(&part<QPushButton>(button), Qt::LeftButton);
+    }
+    QStringList apply()
+    {
+        press("Command1");
+        return emails();
+    }
+    QStringList shown()
+    {
+        const auto &model = *part<QTableView>("MSFlexGrid1").model();
+        QApplication::processEvents();
+        QStringList cells;
+        for (int row = 0; row < model.rowCount(); ++row)
+            cells.append(model.index(row, 0).data().toString());
+        return cells;
+    }
+    QPoint place_of(int row, int column)
+    {
+        auto &grid = part<QTableView>("MSFlexGrid1");
+        QApplication::processEvents();
+        return grid.visualRect(grid.model()->index(row, column)).center();
+    }
+};
+
+TEST_F(ReviewForm, HoldsItsControls)
+{
+    EXPECT_EQ(form().windowTitle(), "Filter");
+    EXPECT_TRUE(form().isVisible());
+    EXPECT_FALSE(form().isModal());
+    EXPECT_EQ(part<QPushButton>("Command1").text(), "Apply");
+    EXPECT_EQ(part<QPushButton>("cmdLarge2").text(), "View Large Screen");
+    EXPECT_EQ(part<TextBox>("RichTextBox1").text(), "System Work Table");
+    EXPECT_EQ(part<QLineEdit>("Text1").text(), "");
+    EXPECT_EQ(part<TextBox>("Text2").text(), "");
+    EXPECT_NE(form().findChild<DataConnection *>("Data1"), nullptr);
+}
+
+TEST_F(ReviewForm, ShowsTheTableOfItsOwnFile)
+{
+    add("ann@x.org", "Hello");
+    run_sql("insert into email(email) values ('in@main.org')");
+    EXPECT_EQ(shown(), QStringList{"ann@x.org"});
+    EXPECT_EQ(form().data().database_name(), review_database);
+    EXPECT_EQ(form().data().record_source().text(), "email");
+}
+
+TEST_F(ReviewForm, GivesTheColumnsTheirWidths)
+{
+    run("alter table email add column eighth text");
+    form();
+    shown();
+    const QList<int> widths = {167, 200, 233, 333, 167, 167, 167, 167};
+    for (int column = 0; column < 8; ++column)
+        EXPECT_EQ(part<QTableView>("MSFlexGrid1").columnWidth(column), widths[column]) << column;
+}
+
+TEST_F(ReviewForm, ApplyGivesAllColumnsButTheEighthTheirWidthsAgain)
+{
+    run("alter table email add column eighth text");
+    auto &grid = part<QTableView>("MSFlexGrid1");
+    shown();
+    for (int column = 0; column < 8; ++column)
+        grid.setColumnWidth(column, 40);
+    press("Command1");
+    shown();
+    const QList<int> widths = {167, 200, 233, 333, 167, 167, 167, 40};
+    for (int column = 0; column < 8; ++column)
+        EXPECT_EQ(grid.columnWidth(column), widths[column]) << column;
+}
+
+TEST_F(ReviewForm, ApplyDeletesEveryRowThatContainsTheAddress)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Mail RETURNED to sender", "no user gone@x.org here");
+    add("gone@x.org", "Hello");
+    add("was.GONE@X.ORG.uk", "Hello");
+    add("kept@x.org", "Hello");
+    EXPECT_EQ(apply(), QStringList{"kept@x.org"});
+    EXPECT_EQ(shown(), QStringList{"kept@x.org"});
+    EXPECT_EQ(form().data().record_source().text(), "select * from email");
+    EXPECT_EQ(part<QLineEdit>("Text1").text(), "Returned");
+    EXPECT_EQ(part<TextBox>("Text2").text(), "gone@x.org");
+}
+
+TEST_F(ReviewForm, ApplyTurnsBracketsIntoLetters)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Returned", "user [gone@x.org] unknown");
+    add("gone@x.org", "Hello");
+    add("xgone@x.orgx", "Hello");
+    EXPECT_EQ(apply(), QStringList{"gone@x.org"});
+}
+
+TEST_F(ReviewForm, ApplyTakesAllAddressesOfAMessageAsOnePattern)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Returned", "a@x.org\r\nand b@x.org");
+    add("a@x.org", "Hello");
+    add("b@x.org", "Hello");
+    add("a@x.org b@x.org", "Hello");
+    EXPECT_EQ(apply(), (QStringList{"a@x.org", "b@x.org"}));
+}
+
+TEST_F(ReviewForm, ApplyDeletesByEachMessageInTurn)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Returned", "a@x.org");
+    add("daemon@isp.org", "Returned too", "b@x.org");
+    add("a@x.org", "Hello");
+    add("b@x.org", "Hello");
+    EXPECT_EQ(apply(), QStringList());
+    EXPECT_EQ(part<TextBox>("Text2").text(), "b@x.org");
+}
+
+TEST_F(ReviewForm, ApplyReadsAMessageThatAnEarlierOneHasDeleted)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Returned", "second@isp.org");
+    add("second@isp.org", "Returned", "a@x.org");
+    add("a@x.org", "Hello");
+    EXPECT_EQ(apply(), QStringList());
+}
+
+TEST_F(ReviewForm, ApplyOfAMessageWithoutAnAddressDeletesTheMessageAlone)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Returned", "nobody");
+    add("ann@x.org", "Hello");
+    EXPECT_EQ(apply(), QStringList{"ann@x.org"});
+    EXPECT_EQ(part<TextBox>("Text2").text(), "");
+}
+
+TEST_F(ReviewForm, ApplyWithoutAMatchDeletesNothing)
+{
+    settings.write("Filter", "Returned");
+    add("ann@x.org", "Hello", "ann@x.org");
+    EXPECT_EQ(apply(), QStringList{"ann@x.org"});
+    EXPECT_EQ(shown(), QStringList{"ann@x.org"});
+    EXPECT_EQ(part<QLineEdit>("Text1").text(), "Returned");
+}
+
+TEST_F(ReviewForm, ApplyWithoutAHeadingExaminesEveryRowAndDeletesByZero)
+{
+    add("daemon@isp.org", "Anything", "gone@x.org");
+    add("gone@x.org", "Hello");
+    add("ten@x.org", "10 reasons");
+    run("insert into email(email, text) values ('null@x.org', 'null@x.org')"); // has no subject
+    EXPECT_EQ(apply(), (QStringList{"daemon@isp.org", "null@x.org"}));
+    EXPECT_EQ(part<QLineEdit>("Text1").text(), "0");
+}
+
+TEST_F(ReviewForm, ApplyWithAnEmptyHeadingStoredDoesTheSame)
+{
+    settings.write("Filter", "");
+    add("daemon@isp.org", "Anything", "gone@x.org");
+    add("gone@x.org", "Hello");
+    add("ten@x.org", "10 reasons");
+    EXPECT_EQ(apply(), QStringList{"daemon@isp.org"});
+    EXPECT_EQ(part<QLineEdit>("Text1").text(), "0");
+}
+
+TEST_F(ReviewForm, ApplySelectsByTheTrimmedHeadingAndDeletesByTheWholeOne)
+{
+    settings.write("Filter", "  Returned ");
+    add("daemon@isp.org", "Returned", "gone@x.org");
+    add("other@isp.org", "Was   Returned to you", "nobody");
+    add("gone@x.org", "Hello");
+    EXPECT_EQ(apply(), QStringList{"daemon@isp.org"});
+    EXPECT_EQ(part<QLineEdit>("Text1").text(), "  Returned ");
+}
+
+TEST_F(ReviewForm, ApplyReadsTheFirstHeadingOnly)
+{
+    settings.write("Filter", "Nothing like it");
+    settings.write("Filter1", "Returned");
+    settings.write("Filter2", "Returned");
+    add("daemon@isp.org", "Returned", "gone@x.org");
+    EXPECT_EQ(apply(), QStringList{"daemon@isp.org"});
+}
+
+TEST_F(ReviewForm, ApplyTouchesNeitherTheListNorTheLogs)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Returned", "gone@x.org");
+    add_master({"gone@x.org"});
+    add_system("gone@x.org", "Returned", "gone@x.org");
+    run_sql("insert into email(email) values ('gone@x.org')");
+    apply();
+    EXPECT_EQ(rows("master", "email"), QStringList{"gone@x.org"});
+    EXPECT_EQ(rows("system", "email"), QStringList{"gone@x.org"});
+    EXPECT_EQ(rows("email", "email"), QStringList{"gone@x.org"});
+    EXPECT_EQ(content("c:\\Ostrix\\log.log"), "(none)");
+    EXPECT_EQ(content("c:\\Ostrix\\system.log"), "(none)");
+    EXPECT_EQ(text("progress_text"), "");
+}
+
+// Every error is passed over.
+TEST_F(ReviewForm, ApplyWithAQuoteInTheHeadingDeletesNothing)
+{
+    settings.write("Filter", "can't deliver");
+    add("daemon@isp.org", "can't deliver", "gone@x.org");
+    add("gone@x.org", "Hello");
+    EXPECT_EQ(apply(), (QStringList{"daemon@isp.org", "gone@x.org"}));
+    EXPECT_EQ(shown().size(), 2);
+}
+
+TEST_F(ReviewForm, ApplyPassesOverAnAddressWithAQuote)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Returned", "o'brien@x.org");
+    add("daemon@isp.org", "Returned", "gone@x.org");
+    add("o'brien@x.org", "Hello");
+    add("gone@x.org", "Hello");
+    EXPECT_EQ(apply(), QStringList{"o'brien@x.org"});
+}
+
+TEST_F(ReviewForm, ApplyGoesOnWithoutTheColumnOfTheText)
+{
+    settings.write("Filter", "Returned");
+    run("alter table email drop column text");
+    run("insert into email(email, subject) values ('daemon@isp.org', 'Returned'), ('a@x.org', "
+        "'Hello')");
+    EXPECT_EQ(apply(), QStringList{"a@x.org"});
+}
+
+TEST_F(ReviewForm, ApplyGoesOnWithoutTheTable)
+{
+    form();
+    run("alter table email rename to other");
+    press("Command1");
+    EXPECT_TRUE(form().isVisible());
+}
+
+TEST_F(ReviewForm, ApplyOfMoreMessagesThanSixteenBitsCountDoesNothing)
+{
+    settings.write("Filter", "Returned");
+    run("with recursive n(i) as (select 1 union all select i + 1 from n where i < 32768) "
+        "insert into email(email, subject, text) select 'r' || i || '@x.org', 'Returned', "
+        "'r1@x.org' from n");
+    EXPECT_EQ(apply().size(), 32'768);
+}
+
+TEST_F(ReviewForm, ADoubleClickShowsTheCell)
+{
+    add("ann@x.org", "A [bracketed] subject");
+    form();
+    const QPoint place = place_of(0, 1);
+    auto *cells = part<QTableView>("MSFlexGrid1").viewport();
+    QTest::mouseClick(cells, Qt::LeftButton, {}, place);
+    EXPECT_EQ(boxes.shown(), QStringList());
+    boxes.expect_notice("A [bracketed] subject");
+    QTest::mouseDClick(cells, Qt::LeftButton, {}, place);
+    boxes.expect_notice("A [bracketed] subject");
+    QTest::keyClick(&part<QTableView>("MSFlexGrid1"), Qt::Key_Return);
+}
+
+TEST_F(ReviewForm, ARightClickShowsTheCellTwice)
+{
+    add("ann@x.org", "[[a] and [b]]");
+    form();
+    const QPoint place = place_of(0, 1);
+    auto &grid = part<QTableView>("MSFlexGrid1");
+    boxes.expect_notice("xxa] and xb]]");
+    boxes.expect_notice("[[ax and [bxx");
+    QTest::mousePress(grid.viewport(), Qt::RightButton, {}, place);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, grid.viewport()->mapToGlobal(place));
+    QApplication::sendEvent(grid.viewport(), &event);
+}
+
+TEST_F(ReviewForm, ACellIsShownWholeAlsoWhenTheGridCutsIt)
+{
+    const QString body = QString("word ").repeated(300);
+    add("ann@x.org", "Hello", body);
+    form();
+    boxes.expect_notice(body);
+    auto &grid = part<QTableView>("MSFlexGrid1");
+    QApplication::processEvents();
+    grid.setCurrentIndex(grid.model()->index(0, 4));
+    QTest::keyClick(&grid, Qt::Key_Return);
+}
+
+TEST_F(ReviewForm, AnEmptyGridShowsAnEmptyBox)
+{
+    auto &grid = part<QTableView>("MSFlexGrid1");
+    boxes.expect_notice("");
+    boxes.expect_notice("");
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {20, 20}, grid.mapToGlobal(QPoint(20, 20)));
+    QApplication::sendEvent(grid.viewport(), &event);
+}
+
+TEST_F(ReviewForm, ViewLargeScreenHasNothingToShow)
+{
+    const auto press_it = [this] {
+        boxes.expect_any_notice();
+        press("cmdLarge2");
+    };
+    EXPECT_EXIT(press_it(), ExitedWithCode(1),
+                HasSubstr("Run-time error '424':\n\nObject required"));
+}
+
+TEST_F(ReviewForm, WithoutItsDatabaseOpensEmpty)
+{
+    ASSERT_TRUE(QFile::remove(native_path(review_database)));
+    boxes.expect_notice("Could not find file 'C:\\Velmoradrane.mdb'.", NoticeIcon::Exclamation);
+    form();
+    EXPECT_TRUE(form().isVisible());
+    press("Command1"); // every error is passed over
+    EXPECT_EQ(content(review_database), "(none)");
+}
+
+TEST_F(ReviewForm, IsOneWindowThatIsGoneWhenClosed)
+{
+    const QPointer<ReviewWindow> first = &form();
+    choose("ReviewFilter");
+    EXPECT_EQ(window().findChildren<ReviewWindow *>().size(), 1);
+    first->close();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(first, nullptr);
+    choose("ReviewFilter");
+    EXPECT_TRUE(form().isVisible());
+    close_window(); // with the review window open
+    EXPECT_EQ(content("C:\\Velmoradrane.mdb-wal"), "(none)");
+}
+} // namespace
