@@ -1,6 +1,8 @@
 #pragma once
 
-#include <QByteArray>
+#include "transfer/import_items.h"
+
+#include <QList>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
@@ -24,18 +26,22 @@ public:
     ImportWindow(const ImportWindow &) = delete;
     ImportWindow &operator=(const ImportWindow &) = delete;
 
-    /// The window opens over `parent`, which must be set before the first show().
+    /// The window opens over `parent`, which must be set before anything is shown.
     void set_parent(QWidget *parent) { parent_ = parent; }
 
-    void show();
+    /// Shows the window with a text that is still being changed. It is not kept: "Save As" gives
+    /// the text of the last show_items().
+    void show_text(const QString &text);
+    /// Shows the window with the items' text, which is shared, not copied.
+    void show_items(const ImportItems &items);
+    /// Adds an item of the ones shown, and CR LF, at the text's end.
+    void append_item(qsizetype number);
+
     void unload();
     bool is_shown() const { return !window_.isNull(); }
 
     /// The text of Text1, whole.
     QString text() const;
-    void set_text(const QString &text);
-    /// Adds at the end; takes time by the length of `text` alone.
-    void append_text(const QString &text);
 
     /// "Save As": writes the text, and CR LF behind it, to a file that is asked for.
     /// @throws RuntimeError as write_text_file().
@@ -43,7 +49,8 @@ public:
 
 private:
     void make_window();
-    void show_beginning();
+    void show_beginning(const QString &text);
+    void forget();
 
     EventHandlers &handlers_;
     Prompts &prompts_;
@@ -51,7 +58,7 @@ private:
     QPointer<QWidget> window_;
     TextBox *Text1 = nullptr; // these two go with the window
     QLabel *shown_part_ = nullptr;
-    QString text_;
-    QByteArray appended_; // in UTF-8: half the memory
-    qsizetype appended_characters_ = 0;
+    ImportItems items_;
+    QList<qsizetype> appended_; // numbers of items
+    qsizetype characters_ = 0;  // of the text with what is appended
 };
