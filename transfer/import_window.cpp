@@ -68,16 +68,21 @@ void ImportWindow::unload()
 void ImportWindow::forget()
 {
     items_ = ImportItems();
-    appended_.clear();
+    last_appended_ = none_appended;
     characters_ = 0;
 }
 
 QString ImportWindow::text() const
 {
     QString text = items_.text();
-    for (const qsizetype number : appended_)
-        text += items_.at(number) + line_end;
+    for_each_appended([&text](const QString &line) { text += line; });
     return text;
+}
+
+void ImportWindow::for_each_appended(const std::function<void(const QString &line)> &visit) const
+{
+    for (qsizetype number = items_.highest() - 1; number >= last_appended_; --number)
+        visit(items_.at(number) + line_end);
 }
 
 void ImportWindow::append_item(qsizetype number)
@@ -85,7 +90,7 @@ void ImportWindow::append_item(qsizetype number)
     // Another import's items may be shown by now.
     if (!is_shown() || number > items_.highest())
         return;
-    appended_.append(number);
+    last_appended_ = number;
     if (characters_ > most_shown)
         return;
     const QString line = items_.at(number) + line_end;
@@ -110,8 +115,7 @@ void ImportWindow::SaveAs_Click() const
         return;
     TextFileWriter file(path);
     file.write(items_.text());
-    for (const qsizetype number : appended_)
-        file.write(items_.at(number) + line_end);
+    for_each_appended([&file](const QString &line) { file.write(line); });
     file.write(line_end);
     file.commit();
 }

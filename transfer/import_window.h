@@ -2,10 +2,12 @@
 
 #include "transfer/import_items.h"
 
-#include <QList>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+
+#include <functional>
+#include <limits>
 
 class EventHandlers;
 class Prompts;
@@ -34,7 +36,8 @@ public:
     void show_text(const QString &text);
     /// Shows the window with the items' text, which is shared, not copied.
     void show_items(const ImportItems &items);
-    /// Adds an item of the ones shown, and CR LF, at the text's end.
+    /// Adds the item of the ones shown with this number, and CR LF, at the text's end. Items are
+    /// added in the order in which an import stores them: from the last but one to the first.
     void append_item(qsizetype number);
 
     void unload();
@@ -51,6 +54,9 @@ private:
     void make_window();
     void show_beginning(const QString &text);
     void forget();
+    void for_each_appended(const std::function<void(const QString &line)> &visit) const;
+
+    static constexpr qsizetype none_appended = std::numeric_limits<qsizetype>::max();
 
     EventHandlers &handlers_;
     Prompts &prompts_;
@@ -59,6 +65,6 @@ private:
     TextBox *Text1 = nullptr; // these two go with the window
     QLabel *shown_part_ = nullptr;
     ImportItems items_;
-    QList<qsizetype> appended_; // numbers of items
-    qsizetype characters_ = 0;  // of the text with what is appended
+    qsizetype last_appended_ = none_appended;
+    qsizetype characters_ = 0; // of the text with what is appended
 };

@@ -367,18 +367,18 @@ TEST_F(Importing, GoesOnAfterAnotherImportMeanwhile)
 
 TEST_F(Importing, TheBoxShowsAppendedItemsWhileThereIsRoom)
 {
-    const QString text = "b,12345678," + QString("a").repeated(19'979); // 10 characters are left
+    const QString text = "c,b,12345678," + QString("a").repeated(19'977); // 10 characters are left
     window.show_items(ImportItems(text));
     const auto *box = import_window()->findChild<QPlainTextEdit *>("Text1");
     const auto *note = import_window()->findChild<QLabel *>("shown_part");
-    window.append_item(1);
+    window.append_item(2);
     EXPECT_TRUE(box->toPlainText().endsWith("a12345678\n"));
     EXPECT_FALSE(note->isVisibleTo(import_window()));
-    window.append_item(0);
+    window.append_item(1);
     EXPECT_TRUE(box->toPlainText().endsWith("a12345678\n"));
     EXPECT_TRUE(note->isVisibleTo(import_window()));
-    window.append_item(1);
-    EXPECT_EQ(window.text(), text + "12345678\r\nb\r\n12345678\r\n");
+    window.append_item(0);
+    EXPECT_EQ(window.text(), text + "12345678\r\nb\r\nc\r\n");
 }
 
 TEST_F(Importing, TheBoxDoesNotTearACharacterOfTwoUnits)
