@@ -21,6 +21,10 @@ public:
     /// write_text_file().
     void write_batch(const QString &entries) const;
 
+    /// Appends one line, the date-time text and `text` without a separator, to the deletion log.
+    /// @throws RuntimeError as append_text_file().
+    void write_note(const QString &text) const;
+
 private:
     Clock clock_;
 };

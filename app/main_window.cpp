@@ -8,13 +8,17 @@
 #include "app/start_up.h"
 #include "db/list_desk.h"
 #include "db/master_tab.h"
+#include "mail/mail_profiles_dialog.h"
 #include "mail/mail_store.h"
 #include "mail/new_email_tab.h"
 #include "mail/review_window.h"
 #include "platform/prompts.h"
+#include "platform/skipped_steps.h"
 #include "schedule/schedule_tab.h"
+#include "schedule/system_log_purge.h"
 #include "send/groups_tab.h"
 #include "send/send_mail_tab.h"
+#include "textedit/text_manipulator.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -36,10 +40,17 @@ MainWindow::MainWindow(const Services &services)
                            this)),
       controls_(strip_.shared_controls()),
       menus_(add_menus(*menuBar())),
-      hidden_(add_hidden_buttons(*this)),
+      hidden_(add_hidden_controls(*this)),
       progress_(*statusBar(), [this] { repaint_grids(); }),
       log_writer_(controls_.Text27, please_wait_, log_),
       lists_(Data1, Data2, please_wait_, controls_.ProgressBar1),
+      current_work_address_(*hidden_.Text8, Data1, QStringLiteral("Email")),
+      current_master_address_(strip_.tabs().groups.Text30(), Data2, QStringLiteral("email")),
+      groups_({Data1, Data2, services.prompts, progress_, current_master_address_,
+               strip_.tabs().groups.Combo2(), strip_.tabs().groups.Text4(), controls_.Text12,
+               controls_.Text29, controls_.RichTextBox1, controls_.ProgressBar2}),
+      search_({Data2, services.prompts, progress_, controls_.Text16, controls_.Text23,
+               strip_.tabs().send_mail.List1()}),
       purge_desk_{Data1,        Data2,     controls_, services.settings, services.prompts,
                   please_wait_, progress_, lists_,    log_writer_},
       returned_mail_(purge_desk_),
@@ -48,8 +59,7 @@ MainWindow::MainWindow(const Services &services)
       purge_cycles_(purge_desk_),
       typed_heading_(purge_desk_),
       try_out_(Data2, controls_, services.prompts),
-      retrieval_({purge_desk_, services.mail, [this](int number) { show_tab(number); },
-                  [this] { stop_schedule(); }}),
+      retrieval_(retrieval_desk(services.mail)),
       table_name_(controls_.Text2, services.settings, Data1, services.prompts),
       warning_switch_(services.settings, services.prompts),
       transfer_({Data2, services.prompts, please_wait_, progress_, handlers_, services.printer})
@@ -64,13 +74,14 @@ MainWindow::MainWindow(const Services &services)
     Data1.set_record_source("system");
     Data2.set_record_source("master");
     wire_tabs();
-    wire_hidden_buttons();
+    wire_hidden_controls();
     wire_menus();
 }
 
 MainWindow::~MainWindow()
 {
-    // The tabs and the review window hold references to what this window owns: they go first.
+    // The tabs and the other windows hold references to what this window owns: they go first.
+    delete manipulator_.data();
     delete review_window_.data();
     delete takeCentralWidget();
 }
@@ -87,16 +98,23 @@ void MainWindow::wire_tabs()
 {
     const Tabs &tabs = strip_.tabs();
     const ListDesk desk{Data1, Data2, lists_, services_.prompts};
-    tabs.master.wire(handlers_, desk);
-    tabs.send_mail.wire(handlers_, Data2, progress_);
-    tabs.groups.wire(handlers_);
+    tabs.master.wire(
+        handlers_, desk,
+        {[this] { search_.Command19_Click(); }, [this] { search_.Command37_Click(); }});
+    tabs.send_mail.wire(handlers_,
+                        {Data2, services_.mail, services_.settings, services_.prompts, progress_},
+                        groups_);
+    tabs.groups.wire(handlers_, groups_, services_.prompts);
     tabs.properties.wire(handlers_, log_writer_, purge_cycles_, replay_);
-    tabs.schedule.wire(handlers_, [this] { run_unattended(); });
+    tabs.schedule.wire(handlers_, {services_.clock, services_.prompts,
+                                   [this](SkippedSteps &skipped) { run_unattended(skipped); },
+                                   [this](const QString &state) { progress_.show_schedule(state); },
+                                   [this](const QString &note) { progress_.note(note); }});
     tabs.about.wire(handlers_, try_out_);
     tabs.new_email.wire(handlers_, desk, retrieval_);
 }
 
-void MainWindow::wire_hidden_buttons()
+void MainWindow::wire_hidden_controls()
 {
     handlers_.on_click(hidden_.Command11, [this] { lists_.Command11_Click(); });
     handlers_.on_click(hidden_.Command22, [this] { returned_mail_.Command22_Click(); });
@@ -107,6 +125,7 @@ void MainWindow::wire_hidden_buttons()
 void MainWindow::wire_menus()
 {
     handlers_.on_triggered(menus_.Backup, [this] { Backup_Click(); });
+    handlers_.on_triggered(menus_.ManipulateText, [this] { ManipulateText_Click(); });
     handlers_.on_triggered(menus_.HelpFile, [this] { HelpFile_Click(); });
     handlers_.on_triggered(menus_.ReadTableName, [this] { table_name_.ReadTableName_Click(); });
     handlers_.on_triggered(menus_.ChangeTableName, [this] { table_name_.ChangeTableName_Click(); });
@@ -117,20 +136,33 @@ void MainWindow::wire_menus()
     handlers_.on_triggered(menus_.PrintAddresses, [this] { transfer_.PrintAddresses_Click(); });
     handlers_.on_triggered(menus_.ImportHelp, [this] { transfer_.ImportHelp_Click(); });
     handlers_.on_triggered(menus_.ReviewFilter, [this] { ReviewFilter_Click(); });
+    handlers_.on_triggered(menus_.MailProfiles, [this] { MailProfiles_Click(); });
     handlers_.on(menus_.Tools, &QMenu::aboutToShow,
                  [this] { menus_.WarningSwitch->setChecked(warning_switch_.is_stored()); });
 }
 
-void MainWindow::run_unattended()
+RetrievalDesk MainWindow::retrieval_desk(MailStore &store)
+{
+    return {purge_desk_, store, [this](int number) { show_tab(number); },
+            [this] { schedule().Timer1().stop(); }, [this] { schedule().retrieval_finished(); }};
+}
+
+ScheduleTab &MainWindow::schedule()
+{
+    return strip_.tabs().schedule;
+}
+
+// Nobody is there to read a report: what ends the run is told with what it passed over.
+void MainWindow::run_unattended(SkippedSteps &skipped)
 {
     attended_ = false;
     const auto attended_again = qScopeGuard([this] { attended_ = true; });
-    retrieval_.runSchedule_Click();
+    skipped.attempt([&] { retrieval_.runSchedule_Click(skipped); });
 }
 
-void MainWindow::stop_schedule()
+void MainWindow::purgeSystemLog(const QString &period, const QDateTime &reference)
 {
-    strip_.tabs().schedule.Timer1().stop();
+    purge_system_log(period, reference, services_.clock(), Data1, log_);
 }
 
 void MainWindow::open()
@@ -193,12 +225,32 @@ void MainWindow::Backup_Click()
                        "are not using the default settings...into a new location."));
 }
 
+void MainWindow::ManipulateText_Click()
+{
+    if (manipulator_.isNull()) {
+        manipulator_ = new TextManipulator({engine_, services_.prompts, please_wait_, progress_,
+                                            handlers_, [this] { HelpFile_Click(); }},
+                                           this);
+        manipulator_->open();
+    }
+    manipulator_->bring_to_front();
+}
+
 void MainWindow::HelpFile_Click()
 {
     services_.prompts.notice(
         QStringLiteral("If the help file does not appear within a few seconds just search for and "
                        "double click on Ostrix.hlp. It's usually in the C:\\Ostrix\\ folder"));
     run_help_launcher();
+}
+
+void MainWindow::MailProfiles_Click()
+{
+    if (profiles_ == nullptr) {
+        profiles_ = new MailProfilesDialog(services_.profiles, services_.prompts, this);
+        profiles_->wire(handlers_);
+    }
+    profiles_->run();
 }
 
 void MainWindow::WarningSwitch_Click()

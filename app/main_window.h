@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/activity_log.h"
-#include "app/hidden_buttons.h"
+#include "app/hidden_controls.h"
 #include "app/log_writer.h"
 #include "app/menus.h"
 #include "app/please_wait.h"
@@ -12,6 +12,7 @@
 #include "app/table_name.h"
 #include "app/warning_switch.h"
 #include "db/address_lists.h"
+#include "db/bound_line.h"
 #include "db/data_connection.h"
 #include "db/database_engine.h"
 #include "db/record_set_model.h"
@@ -23,12 +24,17 @@
 #include "mail/subject_purge.h"
 #include "mail/typed_heading_purge.h"
 #include "platform/event_handlers.h"
+#include "send/address_search.h"
+#include "send/group_commands.h"
 #include "transfer/transfer_commands.h"
 
 #include <QMainWindow>
 #include <QPointer>
 
+class MailProfilesDialog;
 class ReviewWindow;
+class ScheduleTab;
+class TextManipulator;
 
 /// The main window. It sets the tabs side by side, owns what they share (the two data connections,
 /// the log, "Please Wait!"), and hands references on.
@@ -49,9 +55,17 @@ public:
     /// Whether the run that reads mail was started by a person, who can answer a dialog.
     bool is_attended() const { return attended_; }
 
+    /// Empties the work table when exactly `period` hour boundaries (a number's text; empty: never)
+    /// lie between `reference` and now, and says so in the deletion log. No control leads here.
+    /// @throws RuntimeError as purge_system_log().
+    void purgeSystemLog(const QString &period, const QDateTime &reference);
+
     DataConnection &work_table() { return Data1; }
     DataConnection &master_list() { return Data2; }
     const SharedControls &controls() const { return controls_; }
+    /// "Mail Profiles": opens their window; returns when it is closed.
+    void MailProfiles_Click();
+
     ProgressReport &progress() { return progress_; }
     const EventHandlers &handlers() const { return handlers_; }
 
@@ -60,15 +74,17 @@ protected:
 
 private:
     void wire_tabs();
-    void wire_hidden_buttons();
+    void wire_hidden_controls();
     void wire_menus();
-    void run_unattended();
-    void stop_schedule();
+    void run_unattended(SkippedSteps &skipped);
+    RetrievalDesk retrieval_desk(MailStore &store);
+    ScheduleTab &schedule();
     void lay_out();
     bool prepare();
     void open_database(DataConnection &connection);
     void repaint_grids();
     void Backup_Click();
+    void ManipulateText_Click();
     void HelpFile_Click();
     void WarningSwitch_Click();
     void ReviewFilter_Click();
@@ -85,10 +101,14 @@ private:
     TabStrip &strip_; // owned by the window as its central widget
     SharedControls controls_;
     Menus menus_;
-    HiddenButtons hidden_;
+    HiddenControls hidden_;
     StatusProgress progress_;
     LogWriter log_writer_;
     AddressLists lists_;
+    BoundLine current_work_address_;
+    BoundLine current_master_address_;
+    GroupCommands groups_;
+    AddressSearch search_;
     PurgeDesk purge_desk_;
     ReturnedMailPurge returned_mail_;
     SubjectPurge subject_heading_;
@@ -101,5 +121,7 @@ private:
     TableName table_name_;
     WarningSwitch warning_switch_;
     TransferCommands transfer_;
+    QPointer<TextManipulator> manipulator_;
     QPointer<ReviewWindow> review_window_;
+    MailProfilesDialog *profiles_ = nullptr; // owned by the window; made when first opened
 };

@@ -44,11 +44,6 @@ void add_help_menu(QMenuBar &bar, Menus &menus)
     menus.HelpFile = add_entry(*bar.addMenu(QStringLiteral("Help")), "HelpFile", "HelpFile");
 }
 
-void disable_what_has_no_command(const Menus &menus)
-{
-    for (QAction *entry : {menus.ManipulateText, menus.MailProfiles})
-        entry->setEnabled(false);
-}
 } // namespace
 
 Menus add_menus(QMenuBar &bar)
@@ -57,6 +52,5 @@ Menus add_menus(QMenuBar &bar)
     add_file_menu(bar, menus);
     add_tools_menu(bar, menus);
     add_help_menu(bar, menus);
-    disable_what_has_no_command(menus);
     return menus;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mail/profile_desk.h"
 #include "platform/date_time_text.h"
 #include "platform/line_printer.h"
 
@@ -14,5 +15,6 @@ struct Services
     Prompts &prompts;
     MailStore &mail;
     Clock clock;
+    ProfileDesk profiles;
     PrinterMaker printer = default_printer;
 };

@@ -15,6 +15,8 @@ struct SharedControls
     QLineEdit &Text16; // "View Master Table": name to search for
     QLineEdit &Text23; // "View Master Table": address to search for
 
+    TextBox &Text12; // "Send Mail": the address box
+
     QLineEdit &Text17; // "Set Properties /  Log": path of the log file
     QLineEdit &Text25; // "Set Properties /  Log": database location
     TextBox &Text27;   // "Set Properties /  Log": the log box

@@ -1,7 +1,8 @@
 #include "app/status_progress.h"
 
+#include "platform/shown_text.h"
+
 #include <QElapsedTimer>
-#include <QLabel>
 #include <QLocale>
 #include <QStatusBar>
 
@@ -22,13 +23,19 @@ QString progress_text(const QString &what, qint64 done, qint64 total)
 StatusProgress::StatusProgress(QStatusBar &bar, std::function<void()> repaint_grids,
                                Milliseconds now)
     : text_(new QLabel(&bar)),
+      schedule_(new QLabel(&bar)),
       repaint_grids_(std::move(repaint_grids)),
       now_(std::move(now))
 {
     text_->setObjectName(QStringLiteral("progress_text"));
     text_->setTextFormat(Qt::PlainText);
     text_->setContentsMargins(8, 0, 0, 0);
+    // A long note is cut at the window's edge, its tool tip tells it all.
+    text_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     bar.addWidget(text_, 1);
+    schedule_->setObjectName(QStringLiteral("schedule_text"));
+    schedule_->setTextFormat(Qt::PlainText);
+    bar.addPermanentWidget(schedule_);
 }
 
 StatusProgress::Milliseconds StatusProgress::steady_milliseconds()
@@ -61,7 +68,8 @@ void StatusProgress::clear()
 {
     text_painted_.reset();
     grids_painted_.reset();
-    text_->setText(note_);
+    text_->setText(one_line(note_));
+    text_->setToolTip(plain_tool_tip(note_));
     text_->repaint();
 }
 

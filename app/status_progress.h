@@ -2,10 +2,11 @@
 
 #include "platform/progress_report.h"
 
+#include <QLabel>
+
 #include <functional>
 #include <optional>
 
-class QLabel;
 class QStatusBar;
 
 /// How far long work is, in the status bar. Painted at once but at most every 50 ms, the grids
@@ -25,6 +26,9 @@ public:
     void clear() override;
     void note(const QString &text) override;
 
+    /// What the schedule is doing, at the bar's right end whatever else is told; empty for nothing.
+    void show_schedule(const QString &text) { schedule_->setText(text); }
+
     static Milliseconds steady_milliseconds();
 
 private:
@@ -32,6 +36,7 @@ private:
     bool is_due(Painted &painted, qint64 interval) const;
 
     QLabel *text_;
+    QLabel *schedule_;
     QString note_;
     std::function<void()> repaint_grids_;
     Milliseconds now_;

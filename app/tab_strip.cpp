@@ -35,6 +35,7 @@ SharedControls TabStrip::shared_controls() const
         .Text7 = tabs_.master.Text7(),
         .Text16 = tabs_.master.Text16(),
         .Text23 = tabs_.master.Text23(),
+        .Text12 = tabs_.send_mail.Text12(),
         .Text17 = tabs_.properties.Text17(),
         .Text25 = tabs_.properties.Text25(),
         .Text27 = tabs_.properties.Text27(),

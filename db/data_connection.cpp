@@ -8,7 +8,7 @@
 
 DataConnection::DataConnection(DatabaseEngine &engine)
     : engine_(engine),
-      record_set_([this] { Q_EMIT rows_changed(); })
+      record_set_([this] { Q_EMIT record_changed(); }, [this] { Q_EMIT rows_changed(); })
 {
 }
 
@@ -79,6 +79,12 @@ DatabaseFile &DataConnection::open_file() const
         throw RuntimeError(error_number::object_not_set,
                            QStringLiteral("Object variable not set: no database is open."));
     return *file_;
+}
+
+void DataConnection::close_record_set()
+{
+    record_set_.show(nullptr);
+    Q_EMIT rows_changed();
 }
 
 std::int64_t DataConnection::execute(const Statement &statement)

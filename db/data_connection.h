@@ -46,6 +46,9 @@ public:
     /// that was open before then stays.
     void refresh();
 
+    /// Closes the record set: record_set() throws until the next refresh(), and a grid is empty.
+    void close_record_set();
+
     /// Runs an action statement (delete, insert, update) on the open database. Its effect is in the
     /// file when it returns.
     /// @return how many rows it deleted, inserted or updated.
@@ -68,6 +71,9 @@ public:
 Q_SIGNALS:
     /// The record set is a new one, or its rows stand in a new order.
     void rows_changed();
+
+    /// Another record has become current, or none.
+    void record_changed();
 
 private:
     void before_write() override;

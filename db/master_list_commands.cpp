@@ -108,3 +108,15 @@ void MasterListCommands::Command36_Click() const
     desk_.prompts.notice(QStringLiteral("Number of unique records is:   %1")
                              .arg(desk_.Data2.record_set().record_count()));
 }
+
+void MasterListCommands::MSFlexGrid5_SelChange() const
+{
+    const int row = controls_.MSFlexGrid5.currentIndex().row();
+    if (row < 0)
+        return;
+    RecordSet &shown = desk_.Data2.record_set();
+    shown.move_to(row);
+    const QStringList columns = shown.columns();
+    controls_.Text7.setText(shown.field(columns.constFirst()));
+    controls_.Text2.setText(columns.size() > 1 ? shown.field(columns[1]) : QString());
+}

@@ -43,6 +43,10 @@ public:
     /// "Count": tells how many rows the last refresh found.
     void Command36_Click() const;
 
+    /// A row has been selected in the grid: its record becomes the current one, and its cells are
+    /// put into Text7 and Text2, an empty text for a cell that is not there.
+    void MSFlexGrid5_SelChange() const;
+
 private:
     void add_typed_address() const;
     void delete_selected_row() const;

@@ -4,9 +4,10 @@
 #include "db/large_screen.h"
 #include "db/master_list_commands.h"
 #include "db/record_set_model.h"
-#include "platform/controls.h"
 #include "platform/event_handlers.h"
 #include "ui_master_tab.h"
+
+#include <QItemSelectionModel>
 
 MasterTab::MasterTab(RecordSetModel &master, QWidget *parent)
     : QWidget(parent),
@@ -15,17 +16,11 @@ MasterTab::MasterTab(RecordSetModel &master, QWidget *parent)
 {
     ui_->setupUi(this);
     set_up_grid(*ui_->MSFlexGrid5, master_);
-    disable_what_has_no_command();
 }
 
 MasterTab::~MasterTab() = default;
 
-void MasterTab::disable_what_has_no_command()
-{
-    disable({ui_->Command19, ui_->Command37});
-}
-
-void MasterTab::wire(EventHandlers &handlers, const ListDesk &desk)
+void MasterTab::wire(EventHandlers &handlers, const ListDesk &desk, MasterSearches searches)
 {
     commands_ = std::make_unique<MasterListCommands>(
         desk,
@@ -43,6 +38,19 @@ void MasterTab::wire(EventHandlers &handlers, const ListDesk &desk)
     on_click(ui_->Command33, [this] { commands_->Command33_Click(); }); // "Sort"
     on_click(ui_->Command36, [this] { commands_->Command36_Click(); }); // "Count"
     on_click(ui_->cmdLargeScreen, [this] { cmdLargeScreen_Click(); });  // "View Large Screen"
+    on_click(ui_->Command19, std::move(searches.Command19_Click));      // "Search Email"
+    on_click(ui_->Command37, std::move(searches.Command37_Click));      // "Search Name"
+    wire_row_selection(handlers);
+}
+
+// Only a row that a person selects fills the boxes, not one that a command makes the current one.
+void MasterTab::wire_row_selection(EventHandlers &handlers)
+{
+    handlers.on(ui_->MSFlexGrid5->selectionModel(), &QItemSelectionModel::currentRowChanged,
+                [this] {
+                    if (ui_->MSFlexGrid5->hasFocus())
+                        commands_->MSFlexGrid5_SelChange();
+                });
 }
 
 void MasterTab::cmdLargeScreen_Click()

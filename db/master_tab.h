@@ -3,6 +3,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 class EventHandlers;
@@ -18,6 +19,13 @@ namespace Ui
 class MasterTab;
 }
 
+/// The searches of the master list, which belong to sending.
+struct MasterSearches
+{
+    std::function<void()> Command19_Click; // "Search Email"
+    std::function<void()> Command37_Click; // "Search Name"
+};
+
 /// The tab "View Master Table": the master list's grid and the commands on it.
 class MasterTab : public QWidget
 {
@@ -28,7 +36,7 @@ public:
     explicit MasterTab(RecordSetModel &master, QWidget *parent = nullptr);
     ~MasterTab() override;
 
-    void wire(EventHandlers &handlers, const ListDesk &desk);
+    void wire(EventHandlers &handlers, const ListDesk &desk, MasterSearches searches);
 
     QLineEdit &Text1() const;
     QLineEdit &Text2() const;
@@ -38,7 +46,7 @@ public:
     QTableView &MSFlexGrid5() const;
 
 private:
-    void disable_what_has_no_command();
+    void wire_row_selection(EventHandlers &handlers);
     void cmdLargeScreen_Click();
 
     std::unique_ptr<Ui::MasterTab> ui_;

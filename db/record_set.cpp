@@ -38,13 +38,18 @@ int bind_values(PreparedStatement &statement, const std::map<int, QString> &assi
 }
 } // namespace
 
-RecordSet::RecordSet(std::function<void()> reordered) : reordered_(std::move(reordered)) {}
+RecordSet::RecordSet(std::function<void()> moved, std::function<void()> reordered)
+    : moved_(std::move(moved)),
+      reordered_(std::move(reordered))
+{
+}
 
 RecordSet::~RecordSet() = default;
 
 void RecordSet::show(std::unique_ptr<OpenQuery> query)
 {
     query_ = std::move(query);
+    moved_();
 }
 
 void RecordSet::restart()
@@ -77,6 +82,7 @@ void RecordSet::go_to(qint64 position)
     position_ = position;
     mode_ = Mode::Browsing;
     assigned_.clear();
+    moved_();
 }
 
 void RecordSet::move_first()
@@ -236,6 +242,7 @@ void RecordSet::delete_current()
         throw record_deleted();
     deleted_.insert(row);
     start(Mode::Browsing);
+    moved_();
 }
 
 void RecordSet::walk(const QStringList &columns,

@@ -20,8 +20,9 @@ class OpenQuery;
 class RecordSet
 {
 public:
-    /// `reordered` is called when sort() has put the rows in a new order.
-    explicit RecordSet(std::function<void()> reordered);
+    /// `moved` is called when another record has become current, or none; `reordered` when sort()
+    /// has put the rows in a new order.
+    RecordSet(std::function<void()> moved, std::function<void()> reordered);
     ~RecordSet();
     RecordSet(const RecordSet &) = delete;
     RecordSet &operator=(const RecordSet &) = delete;
@@ -97,6 +98,7 @@ private:
     void insert_assigned();
     void update_assigned();
 
+    std::function<void()> moved_;
     std::function<void()> reordered_;
     std::unique_ptr<OpenQuery> query_;
     qint64 position_ = 0;

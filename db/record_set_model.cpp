@@ -2,6 +2,7 @@
 
 #include "db/data_connection.h"
 #include "platform/runtime_error.h"
+#include "platform/shown_text.h"
 
 #include <QHeaderView>
 #include <QTableView>
@@ -13,33 +14,6 @@ namespace
 {
 constexpr qsizetype cell_characters = 300;
 constexpr qsizetype tool_tip_characters = 2000;
-
-// What would break the line, or make the text read other than it is written.
-bool disturbs_line(QChar c)
-{
-    const char16_t code = c.unicode();
-    return c.category() == QChar::Other_Control || code == 0x2028 || code == 0x2029 ||
-           code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
-           (code >= 0x2066 && code <= 0x2069);
-}
-
-QString blanked(QString text, bool keep_lines)
-{
-    for (QChar &c : text) {
-        if (disturbs_line(c) && !(keep_lines && c == QLatin1Char('\n')))
-            c = QLatin1Char(' ');
-    }
-    return text;
-}
-
-// Escaped, since a tool tip takes text that looks like markup for markup.
-QString tool_tip(const QString &text)
-{
-    if (text.isEmpty())
-        return {};
-    return QStringLiteral("<p style=\"white-space: pre-wrap\">") +
-           blanked(text, true).toHtmlEscaped() + QStringLiteral("</p>");
-}
 } // namespace
 
 RecordSetModel::RecordSetModel(DataConnection &connection, QObject *parent)
@@ -135,9 +109,9 @@ QVariant RecordSetModel::data(const QModelIndex &index, int role) const
     if (!index.isValid())
         return {};
     if (role == Qt::DisplayRole)
-        return blanked(cell(index, cell_characters), false);
+        return one_line(cell(index, cell_characters));
     if (role == Qt::ToolTipRole)
-        return tool_tip(cell(index, tool_tip_characters));
+        return plain_tool_tip(cell(index, tool_tip_characters));
     return {};
 }
 

@@ -3,6 +3,13 @@
 #include "mail/mail_store.h"
 #include "mail/message_fields.h"
 
+/// The mailbox answers, but not with this message; the next one may come.
+class MessageRefused : public RuntimeError
+{
+public:
+    using RuntimeError::RuntimeError;
+};
+
 /// A mailbox that is read and never changed: no flag, no move, no lock left behind.
 class Inbox
 {
@@ -17,6 +24,7 @@ public:
     virtual int count() const = 0;
 
     /// Reads message `index`, 0 … count() - 1, from the mailbox.
-    /// @throws MessageGone when it is no longer there, RuntimeError when it cannot be read.
+    /// @throws MessageGone when it is no longer there, RuntimeError when it cannot be read;
+    /// MessageRefused when only this one cannot.
     virtual MessageFields read(int index) = 0;
 };

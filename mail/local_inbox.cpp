@@ -20,18 +20,18 @@ QString place_of(const QString &path)
 }
 } // namespace
 
-InboxKind inbox_kind(const QString &path)
+LocalInboxKind local_inbox_kind(const QString &path)
 {
     const QString place = place_of(path);
     const QFileInfo info(place);
     if (place.isEmpty() || !info.exists())
-        return InboxKind::None;
+        return LocalInboxKind::None;
     if (info.isFile())
-        return InboxKind::Mbox;
+        return LocalInboxKind::Mbox;
     const QDir folder(place);
     const bool is_maildir = QFileInfo(folder.filePath(QStringLiteral("cur"))).isDir() ||
                             QFileInfo(folder.filePath(QStringLiteral("new"))).isDir();
-    return is_maildir ? InboxKind::Maildir : InboxKind::None;
+    return is_maildir ? LocalInboxKind::Maildir : LocalInboxKind::None;
 }
 
 QStringList local_inbox_places()
@@ -49,7 +49,7 @@ QStringList local_inbox_places()
 QString local_inbox()
 {
     for (const QString &place : local_inbox_places()) {
-        if (inbox_kind(place) != InboxKind::None)
+        if (local_inbox_kind(place) != LocalInboxKind::None)
             return place;
     }
     return {};
@@ -57,12 +57,12 @@ QString local_inbox()
 
 std::unique_ptr<Inbox> open_inbox(const QString &path)
 {
-    switch (inbox_kind(path)) {
-    case InboxKind::Maildir:
+    switch (local_inbox_kind(path)) {
+    case LocalInboxKind::Maildir:
         return std::make_unique<MaildirInbox>(place_of(path));
-    case InboxKind::Mbox:
+    case LocalInboxKind::Mbox:
         return std::make_unique<MboxInbox>(place_of(path));
-    case InboxKind::None:
+    case LocalInboxKind::None:
         break;
     }
     throw RuntimeError(

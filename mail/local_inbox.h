@@ -8,11 +8,11 @@
 #include <memory>
 
 /// What a path holds, as far as reading mail goes.
-enum class InboxKind { None, Maildir, Mbox };
+enum class LocalInboxKind { None, Maildir, Mbox };
 
 /// A folder with cur/ or new/ is a Maildir, a regular file an mbox. Here and in open_inbox() a path
 /// may be in drive notation (native_path()); on a drive other than C there is nothing.
-InboxKind inbox_kind(const QString &path);
+LocalInboxKind local_inbox_kind(const QString &path);
 
 /// Where a user's local inbox may be, in the order of preference: $MAIL, ~/Maildir,
 /// /var/mail/$USER.

@@ -6,6 +6,7 @@
 #include "db/data_connection.h"
 #include "platform/progress_report.h"
 #include "platform/runtime_error.h"
+#include "platform/skipped_steps.h"
 #include "platform/text_box.h"
 #include "platform/text_file.h"
 
@@ -29,7 +30,7 @@ bool is_plain(const QString &line)
 }
 } // namespace
 
-void LogReplay::Command10_Click(OnError on_error) const
+void LogReplay::Command10_Click(SkippedSteps *skipped) const
 {
     const QStringList lines = read_lines(ActivityLog::last_batch_log);
     desk_.please_wait.show();
@@ -38,11 +39,11 @@ void LogReplay::Command10_Click(OnError on_error) const
         desk_.please_wait.unload();
     });
     QCoreApplication::processEvents();
-    replay(lines, on_error);
+    replay(lines, skipped);
     clear_fields();
 }
 
-void LogReplay::replay(const QStringList &lines, OnError on_error) const
+void LogReplay::replay(const QStringList &lines, SkippedSteps *skipped) const
 {
     QStringList plain;
     QSet<QString> executed; // lines with wildcards: each costs a look at every row, once is enough
@@ -54,21 +55,21 @@ void LogReplay::replay(const QStringList &lines, OnError on_error) const
             if (plain.size() < batch_size)
                 continue;
         }
-        delete_plain(plain, on_error);
+        delete_plain(plain, skipped);
         plain.clear();
         if (!is_plain(line) && !executed.contains(line)) {
             executed.insert(line);
             desk_.controls.Text27.set_text(line);
-            delete_one_by_one(line, on_error);
+            delete_one_by_one(line, skipped);
         }
         desk_.progress.tell(QStringLiteral("Log line"), i + 1, lines.size());
     }
-    delete_plain(plain, on_error);
+    delete_plain(plain, skipped);
     if (!lines.isEmpty())
         desk_.controls.Text27.set_text(lines.constLast());
 }
 
-void LogReplay::delete_plain(const QStringList &lines, OnError on_error) const
+void LogReplay::delete_plain(const QStringList &lines, SkippedSteps *skipped) const
 {
     if (lines.isEmpty())
         return;
@@ -82,21 +83,17 @@ void LogReplay::delete_plain(const QStringList &lines, OnError on_error) const
     // Nothing of the batch has happened: statement by statement, exactly those before the failing
     // one do.
     for (const QString &line : lines)
-        delete_one_by_one(line, on_error);
+        delete_one_by_one(line, skipped);
 }
 
-void LogReplay::delete_one_by_one(const QString &line, OnError on_error) const
+void LogReplay::delete_one_by_one(const QString &line, SkippedSteps *skipped) const
 {
     const std::array<Statement, 3> statements = {
         {{"delete * from system where email like '*", line, "*' "},
          {"delete * from master where email like '*", line, "*' "},
          {"delete * from system where subject like '*", line, "*' "}}};
-    for (const Statement &statement : statements) {
-        if (on_error == OnError::Stop)
-            desk_.Data1.execute(statement);
-        else
-            attempt([&] { desk_.Data1.execute(statement); });
-    }
+    for (const Statement &statement : statements)
+        run_step(skipped, [&] { desk_.Data1.execute(statement); });
 }
 
 void LogReplay::clear_fields() const

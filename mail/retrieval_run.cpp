@@ -13,6 +13,7 @@
 #include "mail/subject_purge.h"
 #include "platform/progress_report.h"
 #include "platform/prompts.h"
+#include "platform/skipped_steps.h"
 #include "platform/words.h"
 
 #include <QCoreApplication>
@@ -60,24 +61,24 @@ void RetrievalRun::Command2_Click() const
     desk_.purges.please_wait.show();
     QCoreApplication::processEvents();
     sign_on();
-    copy_messages(Errors::Thrown);
+    copy_messages(nullptr);
     purge_as_agreed();
     show_work_view_on_master();
     desk_.purges.please_wait.unload();
-    show_whole_tables(Errors::Thrown);
+    show_whole_tables(nullptr);
 }
 
-void RetrievalRun::runSchedule_Click() const
+void RetrievalRun::runSchedule_Click(SkippedSteps &skipped) const
 {
     desk_.stop_timer();
     desk_.show_tab(tab_number::new_email);
     desk_.store.session().set_UserName(desk_.purges.settings.read(QStringLiteral("Profile")));
     QCoreApplication::processEvents();
     sign_on();
-    copy_messages(Errors::Ignored);
-    purge_ignoring_errors();
-    attempt([this] { show_work_view_on_master(); });
-    show_whole_tables(Errors::Ignored);
+    copy_messages(&skipped);
+    purge_ignoring_errors(skipped);
+    skipped.attempt([this] { show_work_view_on_master(); });
+    show_whole_tables(&skipped);
 }
 
 // An earlier "yes" stays when the answer is Cancel.
@@ -128,56 +129,59 @@ void RetrievalRun::sign_on() const
     desk_.store.messages().set_SessionID(desk_.store.session().SessionID());
 }
 
-void RetrievalRun::copy_messages(Errors errors) const
+void RetrievalRun::copy_messages(SkippedSteps *skipped) const
 {
     MessageSet &messages = desk_.store.messages();
-    step(errors, [&] { messages.Fetch(); });
+    run_step(skipped, [&] { messages.Fetch(); });
     int count = 0;
-    step(errors, [&] { count = messages.MsgCount(); });
+    run_step(skipped, [&] { count = messages.MsgCount(); });
     int gone = 0;
     QProgressBar &bar = desk_.purges.controls.ProgressBar1;
     for (int i = 0; i < count; ++i) {
-        gone += copy_message(i, errors) ? 0 : 1;
+        gone += copy_message(i, skipped) ? 0 : 1;
         bar.setValue(std::min(i, bar.maximum()));
         desk_.purges.progress.tell(QStringLiteral("Message"), i + 1, count);
     }
     desk_.purges.progress.clear();
     desk_.purges.progress.note(gone_note(gone));
-    step(errors, [&] { desk_.store.session().SignOff(); });
-    step(errors, [&] { desk_.purges.Data1.record_set().move_first(); });
-    step(errors, [&] { desk_.purges.lists.Command11_Click(); });
+    if (skipped != nullptr && gone > 0)
+        skipped->add(gone_note(gone));
+    run_step(skipped, [&] { desk_.store.session().SignOff(); });
+    run_step(skipped, [&] { desk_.purges.Data1.record_set().move_first(); });
+    run_step(skipped, [&] { desk_.purges.lists.Command11_Click(); });
 }
 
 /// @return false when the message had gone and no row was added.
-bool RetrievalRun::copy_message(int index, Errors errors) const
+bool RetrievalRun::copy_message(int index, SkippedSteps *skipped) const
 {
     DataConnection &Data1 = desk_.purges.Data1;
     try {
         desk_.store.messages().set_MsgIndex(index);
     } catch (const MessageGone &) {
         return false;
-    } catch (const RuntimeError &) {
-        if (errors == Errors::Thrown)
+    } catch (const RuntimeError &error) {
+        if (skipped == nullptr)
             throw;
+        skipped->add(error.description());
     }
-    step(errors, [&] { Data1.record_set().add_new(); });
-    copy_fields(errors);
-    step(errors, [&] { Data1.record_set().update(); });
-    step(errors, [&] { Data1.refresh(); });
+    run_step(skipped, [&] { Data1.record_set().add_new(); });
+    copy_fields(skipped);
+    run_step(skipped, [&] { Data1.record_set().update(); });
+    run_step(skipped, [&] { Data1.refresh(); });
     return true;
 }
 
-void RetrievalRun::copy_fields(Errors errors) const
+void RetrievalRun::copy_fields(SkippedSteps *skipped) const
 {
     const MessageSet &messages = desk_.store.messages();
     const auto set_field = [this](const char *column, const QString &value) {
         desk_.purges.Data1.record_set().set_field(QLatin1String(column), value);
     };
-    step(errors, [&] { set_field("email", messages.MsgOrigAddress()); });
-    step(errors, [&] { set_field("subject", messages.MsgSubject()); });
-    step(errors, [&] { set_field("date", messages.MsgDateReceived()); });
-    step(errors, [&] { set_field("name", messages.MsgOrigDisplayName()); });
-    step(errors, [&] { set_field("text", trim_blanks(messages.MsgNoteText())); });
+    run_step(skipped, [&] { set_field("email", messages.MsgOrigAddress()); });
+    run_step(skipped, [&] { set_field("subject", messages.MsgSubject()); });
+    run_step(skipped, [&] { set_field("date", messages.MsgDateReceived()); });
+    run_step(skipped, [&] { set_field("name", messages.MsgOrigDisplayName()); });
+    run_step(skipped, [&] { set_field("text", trim_blanks(messages.MsgNoteText())); });
 }
 
 void RetrievalRun::purge_as_agreed() const
@@ -199,18 +203,18 @@ void RetrievalRun::purge_as_agreed() const
     }
 }
 
-void RetrievalRun::purge_ignoring_errors() const
+void RetrievalRun::purge_ignoring_errors(SkippedSteps &skipped) const
 {
     const PurgeDesk &desk = desk_.purges;
-    const auto log_and_replay = [&desk] {
-        attempt([&] { desk.log.Command1_Click(); });
-        attempt([&] { LogReplay(desk).Command10_Click(OnError::Skip); });
+    const auto log_and_replay = [&] {
+        skipped.attempt([&] { desk.log.Command1_Click(); });
+        skipped.attempt([&] { LogReplay(desk).Command10_Click(&skipped); });
     };
     for (const QString &key : returned_mail_keys) {
-        attempt([&] { ReturnedMailPurge(desk).collect(desk.settings.read(key)); });
+        skipped.attempt([&] { ReturnedMailPurge(desk).collect(desk.settings.read(key)); });
         log_and_replay();
     }
-    attempt([&] { SubjectPurge(desk).Command23_Click(); });
+    skipped.attempt([&] { SubjectPurge(desk).Command23_Click(); });
     log_and_replay();
 }
 
@@ -220,10 +224,11 @@ void RetrievalRun::show_work_view_on_master() const
     desk_.purges.Data1.refresh();
 }
 
-void RetrievalRun::show_whole_tables(Errors errors) const
+void RetrievalRun::show_whole_tables(SkippedSteps *skipped) const
 {
-    step(errors, [this] { desk_.purges.lists.Command28_Click(); });
-    step(errors, [this] { desk_.purges.lists.Command20_Click(); });
+    run_step(skipped, [this] { desk_.purges.lists.Command28_Click(); });
+    run_step(skipped, [this] { desk_.purges.lists.Command20_Click(); });
     desk_.purges.controls.ProgressBar1.setValue(0);
     desk_.show_tab(tab_number::first);
+    desk_.finished();
 }

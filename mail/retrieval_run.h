@@ -1,12 +1,12 @@
 #pragma once
 
 #include "mail/purge_desk.h"
-#include "platform/runtime_error.h"
 
 #include <functional>
 #include <utility>
 
 class MailStore;
+class SkippedSteps;
 
 /// What a retrieval run works on beside the purges.
 struct RetrievalDesk
@@ -17,6 +17,8 @@ struct RetrievalDesk
     std::function<void(int)> show_tab;
     /// Disables the schedule's timer.
     std::function<void()> stop_timer;
+    /// Told when a run has come to its end.
+    std::function<void()> finished;
 };
 
 /// Copies every message of the inbox into the work table, the senders into the master list, and
@@ -30,33 +32,24 @@ public:
     /// @throws RuntimeError of the store, the database or the log files.
     void Command2_Click() const;
 
-    /// The scheduled run: asks nothing, always purges, and skips what fails from the fetch on.
+    /// The scheduled run: asks nothing, always purges, and passes over what fails from the fetch
+    /// on, which `skipped` takes.
     /// @throws RuntimeError of what comes before the fetch: the settings, the sign-on.
-    void runSchedule_Click() const;
+    void runSchedule_Click(SkippedSteps &skipped) const;
 
 private:
-    enum class Errors { Thrown, Ignored };
-
-    template <typename Step>
-    static void step(Errors errors, Step &&step)
-    {
-        if (errors == Errors::Thrown)
-            step();
-        else
-            attempt(step);
-    }
-
     void ask_for_purges() const;
     bool database_is_agreed() const;
     bool profile_is_agreed() const;
     void sign_on() const;
-    void copy_messages(Errors errors) const;
-    bool copy_message(int index, Errors errors) const;
-    void copy_fields(Errors errors) const;
+    // Without `skipped` a failure ends the run.
+    void copy_messages(SkippedSteps *skipped) const;
+    bool copy_message(int index, SkippedSteps *skipped) const;
+    void copy_fields(SkippedSteps *skipped) const;
     void purge_as_agreed() const;
-    void purge_ignoring_errors() const;
+    void purge_ignoring_errors(SkippedSteps &skipped) const;
     void show_work_view_on_master() const;
-    void show_whole_tables(Errors errors) const;
+    void show_whole_tables(SkippedSteps *skipped) const;
 
     RetrievalDesk desk_;
 };

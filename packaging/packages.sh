@@ -1,11 +1,12 @@
 # shellcheck shell=bash disable=SC2034
 # The Debian packages that the commands need, named here and nowhere else.
 
-# To build Ostrix and to see it: without a font Qt shows no text; xdg-utils opens the help.
+# To build Ostrix and to use it: without a font Qt shows no text; xdg-utils opens the help; mail
+# servers are checked against ca-certificates.
 build_packages=(
     g++ cmake ninja-build pkgconf
-    qt6-base-dev libsqlite3-dev libsqlitecpp-dev libgmime-3.0-dev
-    fonts-dejavu-core xdg-utils
+    qt6-base-dev qtkeychain-qt6-dev libsqlite3-dev libsqlitecpp-dev libgmime-3.0-dev
+    fonts-dejavu-core xdg-utils ca-certificates
 )
 
 # A desktop that offers Wayland alone.
@@ -17,8 +18,11 @@ sample_packages=(fonts-droid-fallback)
 # A display for a machine that has none.
 headless_packages=(xvfb)
 
-# The tests read back what is printed (poppler-utils).
-test_packages=(libgtest-dev libgmock-dev poppler-utils)
+# openssl makes the certificates of the tests' mail servers; python3-aiosmtpd is one that takes mail;
+# poppler-utils reads back what is printed.
+test_packages=(libgtest-dev libgmock-dev openssl poppler-utils python3-aiosmtpd)
+# The tests' servers of inboxes; they start them themselves.
+server_packages=(dovecot-imapd dovecot-pop3d)
 
 # What the benchmarks measure with and beside.
 bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)

@@ -44,6 +44,30 @@ need_packages() {
     install_packages "${missing[@]}"
 }
 
+as_root() {
+    if ((EUID == 0)); then "$@"; else sudo "$@"; fi
+}
+
+# need_servers PACKAGE…: mail servers that the tests start for themselves. Installing them must not
+# give the machine a server that runs.
+need_servers() {
+    local missing policy=/usr/sbin/policy-rc.d
+    missing=$(missing_packages "$@")
+    [[ -n $missing ]] || return 0
+    if [[ -d /run/systemd/system ]]; then
+        say "Masking the service of Dovecot: only the tests are to start it."
+        as_root systemctl mask --quiet dovecot.service dovecot.socket
+        need_packages "$@"
+    elif [[ -e $policy ]]; then
+        need_packages "$@"
+    else
+        printf '#!/bin/sh\nexit 101\n' | as_root tee "$policy" >/dev/null
+        as_root chmod 755 "$policy"
+        need_packages "$@"
+        as_root rm "$policy"
+    fi
+}
+
 install_packages() {
     local as_root=() apt=(env DEBIAN_FRONTEND=noninteractive apt-get -qq -o Dpkg::Use-Pty=0
         -o DPkg::Lock::Timeout=120)

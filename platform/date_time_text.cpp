@@ -12,5 +12,7 @@ QString date_time_text(const QDateTime &moment)
 
 QDateTime parse_date_time_text(const QString &text)
 {
-    return QDateTime::fromString(text, form);
+    // Local time may not exist (the hour that summer time skips); its parts are read all the same.
+    const QDateTime parts = QDateTime::fromString(text, form);
+    return {parts.date(), parts.time(), Qt::UTC};
 }

@@ -20,6 +20,7 @@ class Prompts
 public:
     virtual ~Prompts() = default;
 
+    /// A text too long for a box is cut there and stands whole among its details.
     virtual void notice(const QString &text, NoticeIcon icon = NoticeIcon::None) = 0;
 
     /// A question with the question icon. @return whether the answer was Yes (or OK).
@@ -29,6 +30,10 @@ public:
     /// @return the chosen file's full path; empty when the dialog was cancelled.
     virtual QString open_file(const FileChoice &choice) = 0;
     virtual QString save_file(const FileChoice &choice) = 0;
+
+    /// The folder that a file without one is in: where a file was last chosen, "c:\Ostrix\" before
+    /// that.
+    virtual QString current_folder() const = 0;
 
     /// A typed answer; empty when cancelled.
     virtual QString input(const QString &question) = 0;

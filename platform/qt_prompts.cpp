@@ -8,16 +8,37 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
+#include <algorithm>
+
 namespace
 {
 const QString title = QStringLiteral("Ostrix");
+constexpr qsizetype longest_text = 2000; // what still fits a small screen
 
 QMessageBox::StandardButton show_box(QWidget *parent, QMessageBox::Icon icon, const QString &text,
                                      QMessageBox::StandardButtons buttons)
 {
-    QMessageBox box(icon, title, text, buttons, parent);
+    const bool is_too_long = text.size() > longest_text;
+    QMessageBox box(icon, title, is_too_long ? text.left(longest_text) + QStringLiteral("…") : text,
+                    buttons, parent);
     box.setTextFormat(Qt::PlainText);
+    if (is_too_long)
+        box.setDetailedText(text);
     return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+// A box is as large as its text, and a report may name thousands of addresses: what a screen cannot
+// hold stands behind the box's "Show Details…".
+QString short_enough(const QString &text)
+{
+    constexpr qsizetype most_lines = 20;
+    constexpr qsizetype most_characters = 1'000;
+    const QStringList lines = text.split(u'\n');
+    if (lines.size() <= most_lines && text.size() <= most_characters)
+        return text;
+    return lines.first(std::min(lines.size(), most_lines)).join(u'\n').left(most_characters) +
+           QStringLiteral(
+               " …\n\nThis is only the beginning. Press \"Show Details...\" for all of it.");
 }
 
 QMessageBox::Icon box_icon(NoticeIcon icon)
@@ -102,6 +123,11 @@ QString QtPrompts::save_file(const FileChoice &choice)
     return choose_file(choice, true);
 }
 
+QString QtPrompts::current_folder() const
+{
+    return last_folder_.isEmpty() ? QStringLiteral("c:\\Ostrix\\") : last_folder_;
+}
+
 QString QtPrompts::input(const QString &question)
 {
     return QInputDialog::getText(box_parent(), title, question);
@@ -109,5 +135,10 @@ QString QtPrompts::input(const QString &question)
 
 void QtPrompts::run_time_error(const QString &report)
 {
-    show_box(box_parent(), QMessageBox::Critical, report, QMessageBox::Ok);
+    const QString shown = short_enough(report);
+    QMessageBox box(QMessageBox::Critical, title, shown, QMessageBox::Ok, box_parent());
+    box.setTextFormat(Qt::PlainText);
+    if (shown != report)
+        box.setDetailedText(report);
+    box.exec();
 }

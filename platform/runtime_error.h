@@ -35,6 +35,7 @@ inline constexpr int record_deleted = 3167;
 inline constexpr int item_not_found = 3265;
 inline constexpr int unrecognised_database = 3343;
 inline constexpr int mail_failure = 32000;
+inline constexpr int sending_cancelled = 32001;
 } // namespace error_number
 
 /// The one exception of the program: whatever fails (file, database, mail store, arithmetic) throws

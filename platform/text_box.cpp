@@ -1,5 +1,7 @@
 #include "platform/text_box.h"
 
+#include "platform/words.h"
+
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -22,8 +24,8 @@ QString TextBox::text() const
 {
     // Raw: the plain text of a document turns no-break spaces into blanks.
     QString text = document()->toRawText();
-    text.replace(QChar::ParagraphSeparator, QStringLiteral("\r\n"));
-    return text;
+    text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    return with_cr_lf(text);
 }
 
 void TextBox::set_text(const QString &text)
@@ -36,4 +38,10 @@ void TextBox::append_text(const QString &text)
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
     end.insertText(without_hidden_breaks(text));
+}
+
+void TextBox::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QPlainTextEdit::mouseDoubleClickEvent(event);
+    Q_EMIT double_clicked();
 }

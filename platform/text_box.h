@@ -14,9 +14,15 @@ class TextBox : public QPlainTextEdit
 public:
     explicit TextBox(QWidget *parent = nullptr);
 
-    QString text() const;
-    void set_text(const QString &text);
+    virtual QString text() const;
+    virtual void set_text(const QString &text);
 
     /// Adds at the end; takes time by the length of `text` alone.
-    void append_text(const QString &text);
+    virtual void append_text(const QString &text);
+
+Q_SIGNALS:
+    void double_clicked();
+
+protected:
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
 };

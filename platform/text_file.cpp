@@ -22,7 +22,8 @@ constexpr std::array<char16_t, 32> windows_1252 = {
 
 std::optional<QString> decode_strictly(const QByteArray &bytes, QStringConverter::Encoding encoding)
 {
-    QStringDecoder decoder(encoding);
+    // Stateless: bytes that break off at the end are an error, too.
+    QStringDecoder decoder(encoding, QStringConverter::Flag::Stateless);
     QString text = decoder(bytes);
     if (decoder.hasError())
         return std::nullopt;
@@ -80,7 +81,7 @@ QString decode_text(const QByteArray &bytes)
     return decode_windows_1252(bytes);
 }
 
-QString read_text_file(const QString &path)
+OpenTextFile::OpenTextFile(const QString &path) : path_(path)
 {
     const QString name = named_file(path);
     const QFileInfo info(name);
@@ -88,13 +89,27 @@ QString read_text_file(const QString &path)
         fail(error_number::file_not_found, "File not found", path);
     if (info.isDir())
         fail(error_number::path_file_access, "This is a folder, not a file", path);
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly))
-        fail(error_number::permission_denied, "The file cannot be read", path, file.errorString());
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        fail(error_number::device_io_error, "Reading the file failed", path, file.errorString());
+    if (!info.isFile()) // its end may never come
+        fail(error_number::path_file_access, "This is a device or a pipe, not a file", path);
+    file_ = std::make_unique<QFile>(name);
+    if (!file_->open(QIODevice::ReadOnly))
+        fail(error_number::permission_denied, "The file cannot be read", path,
+             file_->errorString());
+}
+
+OpenTextFile::~OpenTextFile() = default;
+
+QString OpenTextFile::read()
+{
+    const QByteArray bytes = file_->readAll();
+    if (file_->error() != QFileDevice::NoError)
+        fail(error_number::device_io_error, "Reading the file failed", path_, file_->errorString());
     return decode_text(bytes);
+}
+
+QString read_text_file(const QString &path)
+{
+    return OpenTextFile(path).read();
 }
 
 QStringList split_lines(const QString &text)

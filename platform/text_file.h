@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class QFile;
 class QSaveFile;
 
 /// Decodes a text file's bytes: a byte-order mark names the encoding (UTF-8, UTF-16, UTF-32), else
@@ -17,9 +18,27 @@ QString decode_text(const QByteArray &bytes);
 /// Decodes Windows-1252; the five bytes without a character keep their code.
 QString decode_windows_1252(QByteArrayView bytes);
 
+/// A text file that is open for reading, for commands that have something to do between opening
+/// and reading.
+class OpenTextFile
+{
+public:
+    /// `path` may be in drive notation.
+    /// @throws RuntimeError 52 for an empty path, 53 when there is no such file, 75 when it is a
+    /// folder, a device or a pipe, 70 when it may not be read.
+    explicit OpenTextFile(const QString &path);
+    ~OpenTextFile();
+
+    /// Reads the file whole. @throws RuntimeError 57 when reading fails.
+    QString read();
+
+private:
+    QString path_;
+    std::unique_ptr<QFile> file_;
+};
+
 /// Reads a text file whole. `path` may be in drive notation.
-/// @throws RuntimeError 52 for an empty path, 53 when there is no such file, 75 when it is a
-/// folder, 70 when it may not be read, 57 when reading fails.
+/// @throws RuntimeError as OpenTextFile.
 QString read_text_file(const QString &path);
 
 /// Reads a text file as lines, ended by CR LF, LF or CR; a last line without an end counts.

@@ -1,5 +1,7 @@
 #include "platform/words.h"
 
+#include <algorithm>
+
 QString trim_blanks(const QString &text)
 {
     qsizetype first = 0;
@@ -13,17 +15,20 @@ QString trim_blanks(const QString &text)
 
 QString with_cr_lf(const QString &text)
 {
+    const auto is_break = [](QChar c) { return c == QLatin1Char('\r') || c == QLatin1Char('\n'); };
+    const auto breaks = std::count_if(text.begin(), text.end(), is_break);
     QString result;
-    result.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const bool cr = text[i] == QLatin1Char('\r');
-        if (!cr && text[i] != QLatin1Char('\n')) {
-            result += text[i];
-            continue;
-        }
-        result += QLatin1String("\r\n");
-        if (cr && i + 1 < text.size() && text[i + 1] == QLatin1Char('\n'))
-            ++i;
+    result.reserve(text.size() + breaks);
+    const auto *rest = text.begin();
+    while (rest != text.end()) {
+        const auto *line_end = std::find_if(rest, text.end(), is_break);
+        result.append(QStringView(rest, line_end));
+        if (line_end == text.end())
+            break;
+        result.append(QLatin1String("\r\n"));
+        rest = line_end + 1;
+        if (*line_end == QLatin1Char('\r') && rest != text.end() && *rest == QLatin1Char('\n'))
+            ++rest;
     }
     return result;
 }

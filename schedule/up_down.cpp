@@ -1,6 +1,7 @@
 #include "schedule/up_down.h"
 
 #include <QLineEdit>
+#include <QSignalBlocker>
 #include <QStyle>
 #include <QStyleOptionSpinBox>
 
@@ -8,6 +9,19 @@ UpDown::UpDown(QWidget *parent) : QSpinBox(parent)
 {
     lineEdit()->hide();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void UpDown::set_buddy(QLineEdit &box)
+{
+    connect(this, &QSpinBox::valueChanged, &box,
+            [&box](int value) { box.setText(QString::number(value)); });
+    connect(&box, &QLineEdit::textChanged, this, [this](const QString &text) {
+        bool is_number = false;
+        const int typed = text.toInt(&is_number);
+        const QSignalBlocker quiet(this);
+        if (is_number)
+            setValue(typed);
+    });
 }
 
 QSize UpDown::sizeHint() const

@@ -40,3 +40,25 @@ void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &
     }
     show_what_was_read();
 }
+
+void append_addresses(QListWidget &list, DataConnection &rows, ProgressReport &progress)
+{
+    const auto done = qScopeGuard([&progress] { progress.clear(); });
+    QStringList read;
+    RecordSet &set = rows.record_set();
+    const qint64 count = set.record_count();
+    for (set.move_first(); !set.eof(); set.move_next()) {
+        read.append(set.field(QStringLiteral("email")));
+        progress.tell(QStringLiteral("Address"), read.size(), count);
+    }
+    list.addItems(read);
+}
+
+QString joined_entries(const QListWidget &list)
+{
+    QStringList entries;
+    entries.reserve(list.count());
+    for (int i = 0; i < list.count(); ++i)
+        entries.append(list.item(i)->text());
+    return entries.join(QLatin1Char(';'));
+}

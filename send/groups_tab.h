@@ -5,6 +5,10 @@
 #include <memory>
 
 class EventHandlers;
+class GroupCommands;
+class Prompts;
+class QComboBox;
+class QLineEdit;
 class QProgressBar;
 class TextBox;
 
@@ -22,13 +26,15 @@ public:
     explicit GroupsTab(QWidget *parent = nullptr);
     ~GroupsTab() override;
 
-    void wire(EventHandlers &handlers);
+    /// What is given must outlive the tab.
+    void wire(EventHandlers &handlers, const GroupCommands &groups, Prompts &prompts);
 
+    QComboBox &Combo2() const;
+    QLineEdit &Text4() const;
+    QLineEdit &Text30() const;
     TextBox &RichTextBox1() const;
     QProgressBar &ProgressBar2() const;
 
 private:
-    void disable_what_has_no_command();
-
     std::unique_ptr<Ui::GroupsTab> ui_;
 };

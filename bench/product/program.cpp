@@ -14,7 +14,9 @@ Program::Style::Style()
 
 Program::Program(int &argc, char **argv)
     : application_(argc, argv),
-      window_({settings_, prompts_, mail_, &QDateTime::currentDateTime})
+      mail_(settings_file(SettingsStore::application, QStringLiteral("profiles"))),
+      window_(
+          {settings_, prompts_, mail_.store(), &QDateTime::currentDateTime, mail_.profile_desk()})
 {
     QApplication::setApplicationName(QStringLiteral("Ostrix"));
     window_.open();

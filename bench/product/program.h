@@ -3,7 +3,7 @@
 #include "app/main_window.h"
 #include "app/settings_store.h"
 #include "bench/product/answering_prompts.h"
-#include "mail/local_mail_store.h"
+#include "mail/user_mail.h"
 
 #include <QApplication>
 
@@ -35,6 +35,6 @@ private:
     QApplication application_;
     SettingsStore settings_;
     AnsweringPrompts prompts_;
-    LocalMailStore mail_;
+    UserMail mail_;
     MainWindow window_;
 };

@@ -1,6 +1,6 @@
 #include "app/main_window.h"
 #include "app/settings_store.h"
-#include "mail/local_mail_store.h"
+#include "mail/user_mail.h"
 #include "packaging/sample/sample_round.h"
 #include "platform/qt_prompts.h"
 
@@ -17,8 +17,9 @@ bool make_round(const QStringList &arguments)
 {
     SettingsStore settings;
     QtPrompts prompts;
-    LocalMailStore mail;
-    MainWindow window({settings, prompts, mail, &QDateTime::currentDateTime});
+    UserMail mail(settings_file(SettingsStore::application, QStringLiteral("profiles")));
+    MainWindow window(
+        {settings, prompts, mail.store(), &QDateTime::currentDateTime, mail.profile_desk()});
     prompts.set_parent(&window);
     SampleRound round(window, arguments[1], arguments[2]);
     window.open();

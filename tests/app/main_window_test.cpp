@@ -184,7 +184,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(Window, BoxesListsAndGridsExist)
 {
     for (const char *name :
-         {"Text1",  "Text2",  "Text3",  "Text4",  "Text7",  "Text9",  "Text10", "Text13", "Text15",
+         {"Text1",  "Text2",  "Text3",  "Text4",  "Text7",  "Text8",  "Text9",  "Text10", "Text13", "Text15",
           "Text16", "Text17", "Text18", "Text19", "Text20", "Text21", "Text23", "Text25", "Text26",
           "Text28", "Text29", "Text30", "Text31", "Text32", "Text33", "Text34"})
         EXPECT_NE(window().findChild<QLineEdit *>(name), nullptr) << name;
@@ -251,6 +251,11 @@ TEST_F(Window, EveryEnabledControlThatCanBeClickedIsBoundOnce)
     for (const QPushButton *button : buttons)
         EXPECT_EQ(bound.count(button), button->isEnabled() ? 1 : 0)
             << button->objectName().toStdString();
+    for (const char *name : {"Check8", "Check14", "UpDown1", "UpDown2", "Timer1"})
+        EXPECT_EQ(bound.count(&control<QObject>(name)), 1) << name;
+    // A click and Enter fill the address box, a double click loads a file into it.
+    EXPECT_EQ(bound.count(&control<QListWidget>("List1")), 3);
+    EXPECT_EQ(bound.count(&control<TextBox>("Text12")), 1);
     const auto entries = window().menuBar()->findChildren<QAction *>();
     for (const QAction *entry : entries) {
         if (entry->menu() == nullptr && !entry->objectName().isEmpty()) {
@@ -260,10 +265,11 @@ TEST_F(Window, EveryEnabledControlThatCanBeClickedIsBoundOnce)
     }
 }
 
-TEST_F(Window, HiddenButtonsAreNotShown)
+TEST_F(Window, HiddenControlsAreNotShown)
 {
     for (const char *name : {"Command11", "Command22", "Command23", "Command27", "runSchedule"})
         EXPECT_TRUE(control<QPushButton>(name).isHidden()) << name;
+    EXPECT_TRUE(control<QLineEdit>("Text8").isHidden());
 }
 
 TEST_F(Window, LargeScreenShowsTheMasterListUntilEscape)

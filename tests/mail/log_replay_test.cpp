@@ -1,5 +1,6 @@
 #include "mail/log_replay.h"
 #include "platform/runtime_error.h"
+#include "platform/skipped_steps.h"
 #include "tests/mail/purge_room.h"
 
 namespace
@@ -108,8 +109,11 @@ TEST_F(Replay, WhereErrorsAreIgnoredTheLinesAfterABrokenOneHaveTheirEffect)
 {
     insert_master({"a@x.org", "o'b@x.org", "c@x.org"});
     write_last_batch("t\r\na@x.org\r\no'b@x.org\r\n[\r\nc@x.org\r\n");
-    replay.Command10_Click(OnError::Skip);
+    SkippedSteps skipped;
+    replay.Command10_Click(&skipped);
     EXPECT_EQ(column("master", "email"), QStringList{"o'b@x.org"});
+    EXPECT_EQ(skipped.count(), 6); // two lines, three statements each
+    EXPECT_TRUE(skipped.list().contains("o'b@x.org"));
 }
 
 TEST_F(Replay, AMissingTableStopsItAfterTheStatementsBefore)
@@ -129,7 +133,8 @@ TEST_F(Replay, WhereErrorsAreIgnoredTheOtherTableIsStillCleaned)
     insert_system("b@x.org", "Hello");
     drop_table("master");
     write_last_batch("a@x.org\r\nb@x.org\r\n");
-    replay.Command10_Click(OnError::Skip);
+    SkippedSteps skipped;
+    replay.Command10_Click(&skipped);
     EXPECT_EQ(column("system", "email"), QStringList());
 }
 

@@ -25,6 +25,34 @@ TEST(QtPrompts, ARunTimeErrorIsACriticalBoxWithOK)
     prompts.run_time_error(RuntimeError(6, "Overflow").report());
 }
 
+// Shows a long report. @return what the box's details hold.
+QString details_of(const QString &report, const QString &shown)
+{
+    BoxRobot robot;
+    QtPrompts prompts;
+    QString details;
+    robot.before_next_answer([&details] {
+        const auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        details = box->detailedText();
+        EXPECT_LT(box->height(), 700);
+        EXPECT_LT(box->width(), 1200);
+    });
+    robot.expect_run_time_error(shown);
+    prompts.run_time_error(report);
+    return details;
+}
+
+TEST(QtPrompts, ARunTimeErrorThatFillsMoreThanAScreenShowsItsBeginning)
+{
+    const QString rest =
+        " …\n\nThis is only the beginning. Press \"Show Details...\" for all of it.";
+    const QString lines = QString("ann@example.org: no\n").repeated(2'000);
+    EXPECT_EQ(details_of(lines, QString("ann@example.org: no\n").repeated(20).chopped(1) + rest),
+              lines);
+    const QString words = QString("ann@example.org, ").repeated(2'000);
+    EXPECT_EQ(details_of(words, words.left(1'000) + rest), words);
+}
+
 TEST(QtPrompts, NoBoxOpensOverAWindowThatComesAndGoes)
 {
     BoxRobot robot;

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace
 {
 void put(const QString &path, const QByteArray &bytes)
@@ -53,6 +55,9 @@ INSTANTIATE_TEST_SUITE_P(
                     Decoded{QByteArray("\xFF\xFE\xE4\x00", 4), u"ä"_qs}, // UTF-16, small end first
                     Decoded{QByteArray("\xFE\xFF\x00\xE4", 4), u"ä"_qs}, // UTF-16, big end first
                     Decoded{"\xE4 \x80 \x93", u"ä € “"_qs},              // Windows-1252
+                    Decoded{"Caf\xE9", u"Café"_qs}, // a UTF-8 letter would begin there
+                    Decoded{"\xC3\xA4\xC3", u"Ã¤Ã"_qs},
+                    Decoded{QByteArray("\xFF\xFE\xE4\x00\x41", 5), u"ä\uFFFD"_qs},
                     Decoded{"\x81", QString(QChar(0x81))}, // a byte without a character
                     Decoded{QByteArray("a\0b", 3), QString::fromLatin1("a\0b", 3)}));
 
@@ -70,6 +75,19 @@ TEST(ReadTextFile, SaysWhatIsWrongWithThePath)
     EXPECT_EQ(number_of([&] { read_text_file(""); }), error_number::bad_file_name_or_number);
     EXPECT_EQ(number_of([&] { read_text_file(home.file("none")); }), error_number::file_not_found);
     EXPECT_EQ(number_of([&] { read_text_file(home.path()); }), error_number::path_file_access);
+    ASSERT_EQ(mkfifo(home.file("pipe").toUtf8().constData(), 0600), 0);
+    EXPECT_EQ(number_of([&] { read_text_file(home.file("pipe")); }),
+              error_number::path_file_access);
+}
+
+TEST(OpenTextFile, IsReadAlsoWhenItsNameHasGone)
+{
+    const PrivateHome home;
+    put(home.file("a"), "one\r\ntwo");
+    OpenTextFile file(home.file("a"));
+    ASSERT_TRUE(QFile::remove(home.file("a")));
+    EXPECT_EQ(file.read(), "one\r\ntwo");
+    EXPECT_EQ(number_of([&] { OpenTextFile(home.file("a")); }), error_number::file_not_found);
 }
 
 TEST(WriteTextFile, ReplacesTheWholeFile)

@@ -40,6 +40,9 @@ TEST(TrimBlanks, TakesBlanksAndNothingElse)
 TEST(WithCrLf, EveryLineBreakIsCrLf)
 {
     EXPECT_EQ(with_cr_lf("a\nb\rc\r\nd\n\r\n"), "a\r\nb\r\nc\r\nd\r\n\r\n");
+    EXPECT_EQ(with_cr_lf("a\r"), "a\r\n");
+    EXPECT_EQ(with_cr_lf("a\n\rb"), "a\r\n\r\nb");
+    EXPECT_EQ(with_cr_lf(""), "");
 }
 
 TEST(KeepAddresses, KeepsWholePiecesThatHoldAnAtSign)

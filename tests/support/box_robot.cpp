@@ -152,6 +152,17 @@ void BoxRobot::expect_input(const QString &question, const QString &answer)
                          }});
 }
 
+void BoxRobot::expect_dialog(const QString &title, std::function<void(QDialog &)> use)
+{
+    expected_.push_back({title, [=](QDialog &dialog) {
+                             use(dialog);
+                             if (dialog.isVisible()) {
+                                 ADD_FAILURE() << "the dialog stayed open: " << words(title);
+                                 dialog.reject();
+                             }
+                         }});
+}
+
 void BoxRobot::before_next_answer(std::function<void()> action)
 {
     before_answer_ = std::move(action);

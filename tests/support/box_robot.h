@@ -37,6 +37,9 @@ public:
     /// `answer` null: Cancel is pressed.
     void expect_input(const QString &question, const QString &answer);
 
+    /// A dialog that is no box, by its title: `use` does with it what a person would, to its end.
+    void expect_dialog(const QString &title, std::function<void(QDialog &)> use);
+
     /// Runs when the next expected box shows, before it is answered.
     void before_next_answer(std::function<void()> action);
 

@@ -72,8 +72,9 @@ ProgramWindow::~ProgramWindow()
 MainWindow &ProgramWindow::window()
 {
     if (window_ == nullptr) {
-        window_ = std::make_unique<MainWindow>(Services{
-            settings, prompts_, mail, [this] { return now; }, [this] { return printer(); }});
+        window_ = std::make_unique<MainWindow>(Services{settings, prompts_, mail_store(),
+                                                        [this] { return now; }, profile_desk,
+                                                        [this] { return printer(); }});
         prompts_.set_parent(window_.get());
         window_->open();
         QApplication::processEvents();

@@ -5,6 +5,7 @@
 #include "platform/qt_prompts.h"
 #include "tests/support/box_robot.h"
 #include "tests/support/mail_store_double.h"
+#include "tests/support/password_fakes.h"
 #include "tests/support/private_home.h"
 
 #include <QDateTime>
@@ -79,11 +80,20 @@ protected:
     static QByteArray content(const QString &path);
     static void write_file(const QString &path, const QByteArray &content);
 
+    /// The mail store behind the window.
+    virtual MailStore &mail_store() { return mail; }
+
     // In this order: the home is there before all others, and the robot outlives the window.
     PrivateHome home;
     SettingsStore settings;
     QDateTime now{QDate(2026, 3, 4), QTime(5, 6, 7)};
     MailStoreDouble mail;
+    FakeKeychain keychain;
+    ProfileFile profiles{settings_file(SettingsStore::application, QStringLiteral("profiles"))};
+    MailAccounts accounts{profiles, keychain};
+    /// The window "Mail Profiles" meets no network: tests put in what it finds.
+    ProfileDesk profile_desk{accounts, inbox_opener({}), way_out_trial({}),
+                             [](const QStringList &) { return std::vector<ServiceRecord>(); }};
     BoxRobot boxes;
     /// Where print jobs go; the desktop of a test has no printer.
     PrinterMaker printer = default_printer;

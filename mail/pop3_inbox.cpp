@@ -1,0 +1,246 @@
+#include "mail/pop3_inbox.h"
+
+#include "mail/header_fields.h"
+#include "mail/mail_file.h"
+#include "mail/message_date.h"
+#include "mail/message_reader.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+constexpr std::size_t most_asked = 100;
+constexpr qint64 most_bytes_asked = qint64(16) * 1024 * 1024;
+const QByteArray all_lines = "2147483647";
+
+// When the user's own server took the message: it puts its Received field first.
+QDateTime received_date(const QByteArray &message)
+{
+    HeaderFields fields(message);
+    while (fields.next()) {
+        if (fields.is("Received")) {
+            const QByteArray value = unfolded(fields.value());
+            return read_message_date(QByteArrayView(value).sliced(value.lastIndexOf(';') + 1));
+        }
+    }
+    return {};
+}
+} // namespace
+
+Pop3Inbox::Pop3Inbox(const MailServer &server, std::function<Credentials()> credentials,
+                     const NetworkConditions &conditions)
+    : server_(server),
+      credentials_(std::move(credentials)),
+      conditions_(conditions)
+{
+}
+
+Pop3Inbox::~Pop3Inbox()
+{
+    sign_off();
+}
+
+void Pop3Inbox::fetch()
+{
+    sign_off();
+    entries_.clear();
+    failure_.reset();
+    may_resume_ = true;
+    try {
+        open_and_list();
+    } catch (const RuntimeError &error) {
+        give_up(error);
+        throw;
+    }
+}
+
+void Pop3Inbox::open_and_list()
+{
+    try {
+        open();
+        entries_ = list();
+    } catch (const LineLost &) {
+        sign_off();
+        open();
+        entries_ = list();
+    }
+}
+
+// The user may be asked for a password: before the line is open, for servers do not wait.
+void Pop3Inbox::open()
+{
+    const Credentials credentials = credentials_();
+    session_ = std::make_unique<Pop3Session>(server_, conditions_);
+    session_->sign_on(credentials);
+}
+
+std::vector<Pop3Inbox::Entry> Pop3Inbox::list()
+{
+    session_->connection().begin(QStringLiteral("listing the messages"));
+    std::vector<Entry> entries;
+    session_->send("LIST");
+    if (const auto refusal = session_->read_status())
+        session_->connection().fail(session_->connection().step(), *refusal);
+    session_->read_lines([&entries](const QByteArray &line) {
+        const QByteArrayList words = line.split(' ');
+        const quint32 number = words.first().toUInt();
+        if (number != 0)
+            entries.push_back({number, words.value(1).toLongLong(), {}});
+    });
+    std::ranges::sort(entries, {}, &Entry::number);
+    session_->send("UIDL");
+    if (session_->read_status())
+        return entries;
+    session_->read_lines([&entries](const QByteArray &line) {
+        const qsizetype blank = line.indexOf(' ');
+        const quint32 number = line.left(std::max<qsizetype>(0, blank)).toUInt();
+        const auto entry = std::ranges::lower_bound(entries, number, {}, &Entry::number);
+        if (entry != entries.end() && entry->number == number)
+            entry->identifier = line.sliced(blank + 1);
+    });
+    return entries;
+}
+
+MessageFields Pop3Inbox::read(int index)
+{
+    if (failure_)
+        throw *failure_;
+    RawMessage message = read_raw(static_cast<std::size_t>(index));
+    may_resume_ = true;
+    return read_message(std::move(message));
+}
+
+RawMessage Pop3Inbox::read_raw(std::size_t index)
+{
+    try {
+        return ask_and_read(index);
+    } catch (const LineLost &error) {
+        if (!may_resume_ || entries_.at(index).identifier.isEmpty()) {
+            give_up(error);
+            throw;
+        }
+    } catch (const MessageGone &) {
+        throw;
+    } catch (const MessageRefused &) {
+        throw;
+    } catch (const RuntimeError &error) {
+        give_up(error);
+        throw;
+    }
+    resume();
+    return read_raw(index);
+}
+
+RawMessage Pop3Inbox::ask_and_read(std::size_t index)
+{
+    session_->connection().begin(QStringLiteral("reading the messages"));
+    if (entries_.at(index).number == 0)
+        tell_gone(index);
+    if (!asked_.empty() && asked_.front() != index)
+        pass_over_asked();
+    ask_ahead(index);
+    asked_.pop_front();
+    if (const auto refusal = session_->read_status())
+        tell_refusal(index, *refusal);
+    Pop3Text text = session_->read_text(longest_message);
+    const QDateTime arrived = received_date(text.bytes);
+    return {std::move(text.bytes), arrived, text.bytes_left_out};
+}
+
+// Asks again once half of the answers have come, so that several commands go in one packet.
+void Pop3Inbox::ask_ahead(std::size_t index)
+{
+    const bool at_once = session_->can("PIPELINING");
+    if (asked_.size() > (at_once ? most_asked / 2 : 0))
+        return;
+    qint64 bytes = 0;
+    for (const std::size_t asked : asked_)
+        bytes += entries_[asked].size;
+    const std::size_t most = at_once ? most_asked : 1;
+    QByteArray commands;
+    for (std::size_t next = asked_.empty() ? index : asked_.back() + 1;
+         next < entries_.size() && asked_.size() < most; ++next) {
+        const Entry &entry = entries_[next];
+        bytes += entry.size;
+        if (entry.number == 0)
+            continue;
+        if (!asked_.empty() && bytes > most_bytes_asked)
+            break;
+        const QByteArray number = QByteArray::number(entry.number);
+        commands += session_->can("TOP") ? "TOP " + number + ' ' + all_lines + "\r\n"
+                                         : "RETR " + number + "\r\n";
+        asked_.push_back(next);
+    }
+    if (!commands.isEmpty())
+        session_->connection().write(commands);
+}
+
+void Pop3Inbox::pass_over_asked()
+{
+    while (!asked_.empty()) {
+        asked_.pop_front();
+        if (!session_->read_status())
+            session_->read_text(0);
+    }
+}
+
+// A message that the server no longer lists has gone; else its refusal means something.
+void Pop3Inbox::tell_refusal(std::size_t index, const QString &words)
+{
+    pass_over_asked();
+    session_->send("LIST " + QByteArray::number(entries_[index].number));
+    if (session_->read_status())
+        tell_gone(index);
+    session_->connection().fail_as<MessageRefused>(
+        QStringLiteral("reading message %1").arg(index + 1), words);
+}
+
+void Pop3Inbox::tell_gone(std::size_t index) const
+{
+    throw MessageGone(error_number::mail_failure,
+                      QStringLiteral("Message %1 is no longer in the inbox of '%2'")
+                          .arg(QString::number(index + 1), server_.host));
+}
+
+// The numbers are those of one session; the identifiers tell which message is which.
+void Pop3Inbox::resume()
+{
+    may_resume_ = false;
+    sign_off();
+    try {
+        open();
+        QHash<QByteArray, quint32> numbers;
+        for (const Entry &entry : list())
+            numbers.insert(entry.identifier, entry.number);
+        for (Entry &entry : entries_)
+            entry.number = numbers.value(entry.identifier, 0);
+    } catch (const RuntimeError &error) {
+        give_up(error);
+        throw;
+    }
+}
+
+// The line is of no more use.
+void Pop3Inbox::give_up(const RuntimeError &error)
+{
+    failure_ = error;
+    sign_off();
+}
+
+void Pop3Inbox::sign_off()
+{
+    if (!session_)
+        return;
+    session_->quit(asked_.empty() && !failure_);
+    asked_.clear();
+    received_before_ += session_->connection().received();
+    session_.reset();
+}
+
+qint64 Pop3Inbox::received() const
+{
+    return received_before_ + (session_ ? session_->connection().received() : 0);
+}

@@ -1,0 +1,209 @@
+#include "mail/pop3_session.h"
+
+#include "mail/sign_in_refused.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+constexpr std::chrono::seconds patience_at_the_end{3};
+constexpr quint16 tls_port = 995;
+constexpr quint16 plain_port = 110;
+constexpr qsizetype longest_piece = qsizetype(64) * 1024;
+constexpr int most_lines = 10'000'000; // of a list
+// A command has 255 bytes at most (RFC 2449 section 4); what is longer is sent when it is asked
+// for.
+constexpr qsizetype longest_response = 200;
+
+MailServer with_port(MailServer server)
+{
+    if (server.port == 0)
+        server.port = server.security == LineSecurity::Tls ? tls_port : plain_port;
+    return server;
+}
+
+bool is_accepted(const QByteArray &answer)
+{
+    return answer.startsWith("+OK");
+}
+
+// What stands behind "+OK" or "-ERR".
+QString words_of(const QByteArray &answer)
+{
+    const qsizetype blank = answer.indexOf(' ');
+    return QString::fromUtf8(blank < 0 ? answer : answer.sliced(blank + 1));
+}
+} // namespace
+
+Pop3Session::Pop3Session(const MailServer &server, const NetworkConditions &conditions)
+    : server_(with_port(server)),
+      connection_(server_, conditions)
+{
+}
+
+void Pop3Session::sign_on(const Credentials &credentials)
+{
+    connection_.hide(credentials.secret.toUtf8());
+    connection_.open();
+    connection_.begin(QStringLiteral("connecting"));
+    const QByteArray greeting = connection_.read_line();
+    if (!is_accepted(greeting))
+        connection_.fail(connection_.step(), greeting.startsWith("-ERR")
+                                                 ? words_of(greeting)
+                                                 : QStringLiteral("this is no POP3 server"));
+    if (server_.security == LineSecurity::StartTls)
+        start_tls();
+    authenticate(credentials);
+    read_capabilities();
+}
+
+void Pop3Session::read_capabilities()
+{
+    capabilities_.clear();
+    send("CAPA");
+    if (!read_status()) // an old server knows none
+        read_lines([this](const QByteArray &line) { capabilities_ += line.trimmed().toUpper(); });
+}
+
+bool Pop3Session::can(const QByteArray &capability) const
+{
+    return std::ranges::any_of(capabilities_, [&](const QByteArray &line) {
+        return line.split(' ').first() == capability;
+    });
+}
+
+QByteArrayList Pop3Session::mechanisms() const
+{
+    for (const QByteArray &line : capabilities_) {
+        if (line.startsWith("SASL "))
+            return line.sliced(5).split(' ');
+    }
+    return {};
+}
+
+void Pop3Session::start_tls()
+{
+    connection_.begin(QStringLiteral("encrypting the line"));
+    read_capabilities();
+    if (!can("STLS"))
+        connection_.fail(connection_.step(),
+                         QStringLiteral("the server does not offer to encrypt it (STLS)"));
+    run("STLS");
+    connection_.start_tls();
+}
+
+void Pop3Session::authenticate(const Credentials &credentials)
+{
+    connection_.begin(QStringLiteral("logging in"));
+    if (credentials.kind == SignInKind::None)
+        connection_.fail(connection_.step(), QStringLiteral("the server asks for a password"));
+    if (!connection_.may_carry_secrets())
+        connection_.fail(connection_.step(),
+                         QStringLiteral("the line is not encrypted, so no password is sent"));
+    read_capabilities();
+    auto exchange =
+        connection_.telling_failure([&] { return choose_sasl(mechanisms(), credentials); });
+    if (exchange)
+        authenticate_with(SaslTalk(std::move(exchange)));
+    else if (credentials.kind == SignInKind::Password)
+        log_in(credentials);
+    else
+        connection_.fail(
+            connection_.step(),
+            QStringLiteral("the server offers no way to sign on with this; it offers: ") +
+                QString::fromUtf8(mechanisms().join(", ")));
+}
+
+void Pop3Session::authenticate_with(SaslTalk talk)
+{
+    const QByteArray opening = talk.opening(true, longest_response);
+    if (const qsizetype blank = opening.indexOf(' '); blank > 0)
+        connection_.hide(opening.sliced(blank + 1));
+    send("AUTH " + opening);
+    QByteArray line = connection_.read_line();
+    while (line.startsWith("+ ") || line == "+") {
+        const QByteArray answer =
+            connection_.telling_failure([&] { return talk.answer(line.sliced(1)); });
+        connection_.hide(answer);
+        send(answer);
+        line = connection_.read_line();
+    }
+    if (!is_accepted(line))
+        connection_.fail_as<SignInRefused>(connection_.step(), words_of(line));
+    if (!talk.is_complete())
+        connection_.fail(connection_.step(),
+                         QStringLiteral("the server has not proved that it knows the password"));
+}
+
+void Pop3Session::log_in(const Credentials &credentials)
+{
+    const QByteArray user = credentials.user.toUtf8();
+    const QByteArray password = credentials.secret.toUtf8();
+    const auto is_control = [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 127; };
+    if (std::ranges::any_of(user + password, is_control))
+        connection_.fail(connection_.step(), QStringLiteral("the user name or the password holds a "
+                                                            "character that cannot be sent"));
+    run("USER " + user);
+    send("PASS " + password);
+    if (const auto refusal = read_status())
+        connection_.fail_as<SignInRefused>(connection_.step(), *refusal);
+}
+
+void Pop3Session::send(const QByteArray &command)
+{
+    connection_.write(command + "\r\n");
+}
+
+std::optional<QString> Pop3Session::read_status()
+{
+    const QByteArray answer = connection_.read_line();
+    return is_accepted(answer) ? std::nullopt : std::optional(words_of(answer));
+}
+
+void Pop3Session::run(const QByteArray &command)
+{
+    send(command);
+    if (const auto refusal = read_status())
+        connection_.fail(connection_.step(), *refusal);
+}
+
+Pop3Text Pop3Session::read_text(qint64 limit)
+{
+    Pop3Text text;
+    bool is_new_line = true;
+    while (true) {
+        QByteArray piece = connection_.read_piece_of_line(longest_piece);
+        if (is_new_line && piece.startsWith('.')) {
+            if (piece == ".\r\n" || piece == ".\n")
+                return text;
+            piece.remove(0, 1);
+        }
+        is_new_line = piece.endsWith('\n');
+        const qsizetype kept = std::min<qint64>(piece.size(), limit - text.bytes.size());
+        text.bytes.append(piece.constData(), kept);
+        text.bytes_left_out += piece.size() - kept;
+    }
+}
+
+void Pop3Session::read_lines(const std::function<void(const QByteArray &line)> &on_line)
+{
+    for (int lines = 0; lines < most_lines; ++lines) {
+        const QByteArray line = connection_.read_line();
+        if (line == ".")
+            return;
+        on_line(line.startsWith('.') ? line.sliced(1) : line);
+    }
+    connection_.fail(connection_.step(), QStringLiteral("the server never comes to an end"));
+}
+
+void Pop3Session::quit(bool waits)
+{
+    connection_.hurry(patience_at_the_end);
+    attempt([&] {
+        send("QUIT");
+        if (waits)
+            read_status();
+    });
+    connection_.close();
+}

@@ -1,0 +1,114 @@
+#include "mail/sendmail_way_out.h"
+
+#include "mail/envelopes.h"
+#include "mail/program_run.h"
+#include "mail/recipient.h"
+#include "platform/drive_path.h"
+#include "platform/runtime_error.h"
+
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <sysexits.h>
+#include <utility>
+
+namespace
+{
+// A program that delivers by itself says nothing until its server has taken the message in, for
+// which RFC 5321 (4.5.3.2.6) gives ten minutes: ten times the usual patience.
+constexpr int patience_as_a_server = 10;
+
+QString in_path(const QString &name)
+{
+    const QString found = QStandardPaths::findExecutable(name);
+    if (!found.isEmpty())
+        return found;
+    return QStandardPaths::findExecutable(
+        name, {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/lib")});
+}
+
+QString at_path(const QString &path)
+{
+    QString place;
+    attempt([&] { place = native_path(path); });
+    const QFileInfo info(place);
+    return info.isFile() && info.isExecutable() ? info.absoluteFilePath() : QString();
+}
+
+bool is_path(const QString &named)
+{
+    return named.contains(u'/') || named.contains(u'\\');
+}
+
+RecipientFate fate_of(const ProgramEnd &end)
+{
+    const QString words = harmless_text(end.words);
+    const auto telling = [&words](Fate fate, const QString &what) {
+        return RecipientFate{
+            {}, fate, words.isEmpty() ? what : what + QStringLiteral(": ") + words};
+    };
+    switch (end.kind) {
+    case ProgramEnd::Kind::NotStarted:
+        return telling(Fate::NotTried, QStringLiteral("the program did not start"));
+    case ProgramEnd::Kind::Crashed:
+        return telling(Fate::Unknown, QStringLiteral("the program crashed"));
+    case ProgramEnd::Kind::TimedOut:
+        return telling(Fate::Unknown, QStringLiteral("the program hung and was ended"));
+    case ProgramEnd::Kind::InputLeft:
+        return telling(Fate::Unknown, QStringLiteral("the program did not read the whole message"));
+    case ProgramEnd::Kind::Exited:
+        break;
+    }
+    if (end.exit_code == EX_OK)
+        return {{}, Fate::Accepted, {}};
+    return telling(end.exit_code == EX_TEMPFAIL ? Fate::NotNow : Fate::Refused,
+                   QStringLiteral("exit code %1").arg(end.exit_code));
+}
+} // namespace
+
+QString find_sendmail(const QString &named)
+{
+    const QString wanted = named.isEmpty() ? QStringLiteral("sendmail") : named;
+    QString found = is_path(wanted) ? at_path(wanted) : in_path(wanted);
+    if (found.isEmpty())
+        throw RuntimeError(
+            error_number::mail_failure,
+            QStringLiteral(
+                "There is no program \"%1\" on this machine to send mail with. Install a mail "
+                "server, or set up a mail profile that sends through one.")
+                .arg(harmless_text(wanted)));
+    return found;
+}
+
+SendmailWayOut::SendmailWayOut(QString program, NetworkConditions conditions)
+    : program_(std::move(program)),
+      conditions_(std::move(conditions))
+{
+}
+
+QString SendmailWayOut::name() const
+{
+    return QStringLiteral("the program %1").arg(program_);
+}
+
+std::vector<RecipientFate> SendmailWayOut::hand_over(const QString &sender,
+                                                     const QStringList &recipients,
+                                                     const QByteArray &message)
+{
+    const QByteArray input = QByteArray(message).replace("\r\n", "\n");
+    std::vector<RecipientFate> fates(static_cast<std::size_t>(recipients.size()));
+    for (const Envelope &envelope : envelopes_for(recipients)) {
+        QStringList arguments = {QStringLiteral("-i"), QStringLiteral("-f"), sender,
+                                 QStringLiteral("--")};
+        for (const qsizetype place : envelope)
+            arguments += recipients[place];
+        RecipientFate fate =
+            fate_of(run_program(program_, arguments, input,
+                                patience_as_a_server * conditions_.patience, conditions_.turn));
+        for (const qsizetype place : envelope) {
+            fate.recipient = recipients[place];
+            fates[static_cast<std::size_t>(place)] = fate;
+        }
+    }
+    return fates;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "mail/mail_way_out.h"
+
+/// The sendmail program to use: `named` (a path, native or in drive notation, or a name in PATH);
+/// when that is empty "sendmail" in PATH, else in /usr/sbin or /usr/lib.
+/// @throws RuntimeError 32000 when there is no such program.
+QString find_sendmail(const QString &named);
+
+/// Hands messages to a program with the interface of sendmail. Its arguments are
+/// `-i -f SENDER -- RECIPIENT…`, no shell between; it reads no recipient from the header, and gets
+/// the message with LF line ends, as local programs write it.
+///
+/// A program that ends with exit code 0 has taken the message for all recipients of the envelope;
+/// another exit code refuses all (EX_TEMPFAIL, 75, for the moment). A program without a sign of
+/// life for ten times the conditions' patience is ended, with all that it started: nobody knows
+/// what it did.
+class SendmailWayOut : public MailWayOut
+{
+public:
+    SendmailWayOut(QString program, NetworkConditions conditions);
+
+    QString name() const override;
+    std::vector<RecipientFate> hand_over(const QString &sender, const QStringList &recipients,
+                                         const QByteArray &message) override;
+
+private:
+    QString program_;
+    NetworkConditions conditions_;
+};

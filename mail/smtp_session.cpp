@@ -1,0 +1,171 @@
+#include "mail/smtp_session.h"
+
+#include "mail/recipient.h"
+#include "mail/sasl.h"
+#include "mail/sign_in_refused.h"
+
+#include <utility>
+
+namespace
+{
+// The machine's own name would tell strangers about the network behind it. An address that means
+// every machine itself is a valid name (RFC 5321 4.1.3).
+const QByteArray own_name = QByteArrayLiteral("[127.0.0.1]");
+
+constexpr int ready = 220;
+constexpr int signed_on = 235;
+constexpr int refused_credentials = 535; // RFC 4954 6
+constexpr int go_on = 334;
+constexpr int most_challenges = 10;
+// RFC 4954 4: a longer initial response does not go on the command's line.
+constexpr qsizetype longest_opening =
+    512 - qsizetype(sizeof "AUTH " - 1) - qsizetype(sizeof "\r\n" - 1);
+
+MailServer with_port(MailServer server)
+{
+    if (server.port != 0)
+        return server;
+    switch (server.security) {
+    case LineSecurity::Tls:
+        server.port = 465;
+        break;
+    case LineSecurity::StartTls:
+        server.port = 587;
+        break;
+    case LineSecurity::Plain:
+        server.port = 25;
+        break;
+    }
+    return server;
+}
+} // namespace
+
+SmtpSession::SmtpSession(MailServer server, const std::function<Credentials()> &credentials,
+                         const NetworkConditions &conditions)
+    : server_(with_port(std::move(server))),
+      patience_(conditions.patience),
+      line_(server_, conditions)
+{
+    line_.open();
+    begin(QStringLiteral("greeting the server"));
+    const SmtpReply welcome = read_smtp_reply(line_);
+    if (welcome.code != ready)
+        fail(welcome.words());
+    greet();
+    if (server_.security == LineSecurity::StartTls)
+        encrypt();
+    if (server_.sign_in != SignInKind::None)
+        sign_on(credentials);
+}
+
+void SmtpSession::greet()
+{
+    const SmtpReply reply = command("EHLO " + own_name);
+    if (!reply.is_positive())
+        fail(reply.words());
+    extensions_.clear();
+    for (const QByteArray &line : reply.lines.mid(1)) {
+        // "AUTH=PLAIN" is an old way to write "AUTH PLAIN".
+        const QByteArray capability = line.trimmed().toUpper().replace("AUTH=", "AUTH ");
+        const QByteArray name = capability.split(' ').first();
+        const QByteArray parameters = capability.mid(name.size());
+        extensions_[name] = (extensions_.value(name) + parameters).trimmed();
+    }
+}
+
+void SmtpSession::encrypt()
+{
+    begin(QStringLiteral("encrypting the line"));
+    if (!offers("STARTTLS"))
+        fail(QStringLiteral(
+            "the server does not offer encryption (STARTTLS), which the profile asks "
+            "for"));
+    const SmtpReply reply = command("STARTTLS");
+    if (reply.code != ready)
+        fail(reply.words());
+    line_.start_tls();
+    begin(QStringLiteral("greeting the server"));
+    greet(); // what was said on the plain line does not count (RFC 3207 4.2)
+}
+
+QList<QByteArray> SmtpSession::offered_mechanisms() const
+{
+    return extensions_.value("AUTH").split(' ');
+}
+
+void SmtpSession::sign_on(const std::function<Credentials()> &credentials)
+{
+    begin(QStringLiteral("signing on"));
+    if (!line_.may_carry_secrets())
+        fail(QStringLiteral(
+            "the line is not encrypted: everybody on the way could read the password"));
+    const Credentials given = credentials();
+    if (given.kind != SignInKind::None)
+        sign_on_with(given);
+}
+
+void SmtpSession::sign_on_with(const Credentials &credentials)
+{
+    line_.hide(credentials.secret.toUtf8());
+    auto exchange = choose_sasl(offered_mechanisms(), credentials);
+    if (!exchange)
+        fail(QStringLiteral("the server offers no way to sign on that is known here; it offers: %1")
+                 .arg(harmless_text(QString::fromLatin1(extensions_.value("AUTH", "none")))));
+    SaslTalk talk(std::move(exchange));
+    const QByteArray opening = talk.opening(true, longest_opening);
+    if (const qsizetype blank = opening.indexOf(' '); blank >= 0)
+        line_.hide(opening.mid(blank + 1));
+    SmtpReply reply = command("AUTH " + opening);
+    for (int count = 0; reply.code == go_on && count < most_challenges; ++count) {
+        const QByteArray answer =
+            line_.telling_failure([&] { return talk.answer(reply.lines.constLast()); });
+        line_.hide(answer);
+        reply = command(answer);
+    }
+    if (reply.code == refused_credentials)
+        line_.fail_as<SignInRefused>(line_.step(), reply.words());
+    if (reply.code != signed_on)
+        fail(reply.words());
+    if (!talk.is_complete())
+        fail(QStringLiteral("the server has not proved that it knows the password"));
+}
+
+std::optional<qint64> SmtpSession::largest_message() const
+{
+    bool is_number = false;
+    const qint64 size = extensions_.value("SIZE").toLongLong(&is_number);
+    return is_number && size > 0 ? std::optional(size) : std::nullopt;
+}
+
+SmtpReply SmtpSession::command(const QByteArray &command)
+{
+    line_.write(command + "\r\n");
+    return read_smtp_reply(line_);
+}
+
+void SmtpSession::go_through(const std::vector<SmtpStep> &steps)
+{
+    const bool at_once = offers("PIPELINING");
+    if (at_once) {
+        QByteArray all;
+        for (const SmtpStep &step : steps)
+            all += step.bytes;
+        line_.write(all);
+    }
+    for (const SmtpStep &step : steps) {
+        if (!at_once)
+            line_.write(step.bytes);
+        line_.set_patience(step.patience * patience_);
+        const SmtpReply reply = read_smtp_reply(line_);
+        line_.set_patience(patience_);
+        step.take(reply);
+    }
+}
+
+void SmtpSession::quit()
+{
+    constexpr auto last_words = std::chrono::seconds(2);
+    line_.hurry(last_words);
+    attempt([this] { command("QUIT"); });
+    line_.close();
+}

@@ -1,0 +1,473 @@
+// IMAP against servers that do what a good one does not.
+#include "mail/imap_inbox.h"
+#include "tests/mail/servers/certificates.h"
+#include "tests/mail/servers/stub_server.h"
+#include "tests/support/print_qt.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace
+{
+using namespace std::chrono_literals;
+
+const QByteArray capabilities = "* CAPABILITY IMAP4rev1 AUTH=PLAIN SASL-IR\r\nTAG OK done\r\n";
+const QByteArray signed_on = "TAG OK signed on\r\n";
+
+QByteArray opened(int validity = 7)
+{
+    return "* FLAGS ()\r\n* 3 EXISTS\r\n* 0 RECENT\r\n* OK [UIDVALIDITY " +
+           QByteArray::number(validity) + "] valid\r\nTAG OK [READ-ONLY] opened\r\n";
+}
+
+QByteArray listed(int size = 60)
+{
+    QByteArray list;
+    for (const char *uid : {"5", "6", "9"})
+        list += QByteArray("* 1 FETCH (UID ") + uid + " FLAGS () RFC822.SIZE " +
+                QByteArray::number(size) + " INTERNALDATE \"17-Jul-2020 02:44:25 +0000\")\r\n";
+    return list + "TAG OK listed\r\n";
+}
+
+QByteArray message(const char *uid)
+{
+    const QByteArray text = QByteArray("Subject: message ") + uid + "\r\n\r\no9 OK text\r\n";
+    return QByteArray("* 1 FETCH (UID ") + uid + " BODY[]<0> {" + QByteArray::number(text.size()) +
+           "}\r\n" + text + ")\r\n";
+}
+
+QByteArray messages()
+{
+    return message("5") + message("6") + message("9") + "TAG OK fetched\r\n";
+}
+
+const QByteArrayList good = {capabilities, signed_on,  opened(),
+                             listed(),     messages(), "* BYE bye\r\nTAG OK bye\r\n"};
+
+// Greets and gives one answer after the other to whatever is said.
+void speak(StubLine &line, const QByteArrayList &answers,
+           const QByteArray &greeting = "* OK hello\r\n")
+{
+    line.say(greeting);
+    for (const QByteArray &answer : answers)
+        line.answer(answer);
+}
+
+class StubImap : public testing::Test
+{
+protected:
+    ImapInbox inbox(const StubServer &stub, LineSecurity security = LineSecurity::Plain,
+                    Credentials credentials = {SignInKind::Password, "ann", "pencil"},
+                    std::chrono::milliseconds patience = 3s)
+    {
+        MailServer server;
+        server.host = "localhost";
+        server.port = stub.port();
+        server.security = security;
+        return {server,
+                {},
+                [credentials] { return credentials; },
+                {patience, [] {},
+                 security == LineSecurity::Plain ? QList<QSslCertificate>()
+                                                 : certificates().authority()}};
+    }
+
+    // What is read, or how it failed.
+    static QStringList outcome(ImapInbox &inbox)
+    {
+        QStringList found;
+        try {
+            inbox.fetch();
+            for (int i = 0; i < inbox.count(); ++i)
+                found += inbox.read(i).subject;
+        } catch (const RuntimeError &error) {
+            EXPECT_EQ(error.number(), error_number::mail_failure);
+            EXPECT_FALSE(error.description().contains("pencil")) << error.what();
+            EXPECT_FALSE(error.description().contains("cGVuY2ls")) << error.what();
+            // "The mail server 'localhost' (port 1143), logging in: …"
+            found += error.description().section("), ", 1);
+        }
+        return found;
+    }
+    QStringList outcome(const StubServer &stub, LineSecurity security = LineSecurity::Plain)
+    {
+        ImapInbox reader = inbox(stub, security);
+        return outcome(reader);
+    }
+    QStringList outcome_of(const QByteArrayList &answers)
+    {
+        return outcome(StubServer([answers](StubLine &line) { speak(line, answers); }));
+    }
+
+    const Certificates &certificates()
+    {
+        if (!certificates_)
+            certificates_ = std::make_unique<Certificates>();
+        return *certificates_;
+    }
+    bool encrypt(StubLine &line)
+    {
+        return line.encrypt(certificates().certificate_file("good"),
+                            certificates().key_file("good"));
+    }
+
+    const QStringList all = {"message 5", "message 6", "message 9"};
+
+private:
+    std::unique_ptr<Certificates> certificates_;
+};
+
+TEST_F(StubImap, SaysWhatItHasToSayAndNoMore)
+{
+    StubServer stub([](StubLine &line) { speak(line, good); });
+    {
+        ImapInbox reader = inbox(stub);
+        EXPECT_EQ(outcome(reader), all);
+    }
+    while (stub.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_EQ(stub.heard(),
+              (QList<QByteArray>{
+                  "[clear] o1 CAPABILITY",
+                  "[clear] o2 AUTHENTICATE PLAIN AGFubgBwZW5jaWw=", "[clear] o3 EXAMINE \"INBOX\"",
+                  "[clear] o4 UID FETCH 1:* (UID FLAGS RFC822.SIZE INTERNALDATE)",
+                  "[clear] o5 UID FETCH 5:6,9 (UID BODY.PEEK[]<0.32768>)", "[clear] o6 LOGOUT"}));
+}
+
+TEST_F(StubImap, TakesADateFromTheServerAndTextThatLooksLikeAnAnswer)
+{
+    const StubServer stub([](StubLine &line) { speak(line, good); });
+    ImapInbox reader = inbox(stub);
+    reader.fetch();
+    const MessageFields fields = reader.read(0);
+    EXPECT_EQ(fields.date, "2020-07-17 04:44:25");
+    EXPECT_EQ(fields.text, "o9 OK text\r\n");
+}
+
+struct Phase
+{
+    int answers; // that are given
+    const char *step;
+};
+
+class StubImapPhases : public StubImap, public testing::WithParamInterface<Phase>
+{
+};
+
+TEST_P(StubImapPhases, TellWhereTheServerClosedTheLine)
+{
+    std::atomic<int> lines = 0;
+    const StubServer stub([&](StubLine &line) {
+        const int most = ++lines == 1 ? 4 : 3; // the list is asked for once
+        if (GetParam().answers >= 0) {
+            speak(line, good.first(std::min(most, GetParam().answers)));
+            line.hear();
+        }
+    });
+    EXPECT_EQ(outcome(stub),
+              QStringList{QStringLiteral("%1: the server closed the line").arg(GetParam().step)});
+    EXPECT_EQ(stub.lines(), 2); // tried once more
+}
+
+TEST_P(StubImapPhases, TellWhereTheServerFellSilent)
+{
+    const StubServer stub([](StubLine &line) {
+        if (GetParam().answers >= 0)
+            speak(line, good.first(GetParam().answers));
+        line.stall();
+    });
+    ImapInbox reader =
+        inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 150ms);
+    EXPECT_EQ(outcome(reader), QStringList{QStringLiteral("%1: the server did not answer within "
+                                                          "0.15 seconds")
+                                               .arg(GetParam().step)});
+    EXPECT_EQ(stub.lines(), 1);
+    if (reader.count() > 0) {
+        EXPECT_THROW(reader.read(1), RuntimeError); // at once, without another wait
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StubImapPhases,
+                         testing::Values(Phase{-1, "connecting"}, Phase{0, "logging in"},
+                                         Phase{1, "logging in"},
+                                         Phase{2, "opening the mailbox 'INBOX'"},
+                                         Phase{3, "listing the messages"},
+                                         Phase{4, "reading the messages"}));
+
+TEST_F(StubImap, GoesOnOnAnotherLineWhereTheFirstBroke)
+{
+    std::atomic<int> lines = 0;
+    const StubServer stub([&](StubLine &line) {
+        if (++lines == 1) {
+            speak(line, good.first(4));
+            line.answer(message("5") + message("6").chopped(9)); // in the middle of the second
+        } else {
+            speak(line, {capabilities, signed_on, opened(), messages()});
+        }
+    });
+    EXPECT_EQ(outcome(stub), all);
+    EXPECT_EQ(stub.lines(), 2);
+}
+
+TEST_F(StubImap, DoesNotGoOnWhenTheMessagesWereNumberedAnew)
+{
+    std::atomic<int> lines = 0;
+    const StubServer stub([&](StubLine &line) {
+        speak(line,
+              ++lines == 1 ? good.first(4) : QByteArrayList{capabilities, signed_on, opened(8)});
+        line.hear();
+    });
+    EXPECT_EQ(outcome(stub), QStringList{"going on with the messages: the server has numbered the "
+                                         "messages of 'INBOX' anew"});
+}
+
+TEST_F(StubImap, TellsTheServersGoodBye)
+{
+    EXPECT_EQ(outcome_of({capabilities, "* BYE Too busy today\r\n"}),
+              QStringList{"logging in: Too busy today"});
+    const StubServer stub([](StubLine &line) { line.say("* BYE Go away\r\n"); });
+    EXPECT_EQ(outcome(stub), QStringList{"connecting: Go away"});
+}
+
+TEST_F(StubImap, TellsRefusalsInTheServersWords)
+{
+    EXPECT_EQ(outcome_of({capabilities, "TAG NO [AUTHENTICATIONFAILED] Wrong\x07 one\r\n"}),
+              QStringList{"logging in: [AUTHENTICATIONFAILED] Wrong one"});
+    EXPECT_EQ(
+        outcome_of({capabilities, "TAG BAD unknown: AUTHENTICATE PLAIN AGFubgBwZW5jaWw=\r\n"}),
+        QStringList{"logging in: its answer repeats a secret and is not shown"});
+    EXPECT_EQ(outcome_of({capabilities, signed_on, "TAG NO No such mailbox\r\n"}),
+              QStringList{"opening the mailbox 'INBOX': No such mailbox"});
+    const StubServer stub([](StubLine &line) { line.say("220 smtp.example.org\r\n"); });
+    EXPECT_EQ(outcome(stub), QStringList{"connecting: this is no IMAP server"});
+}
+
+TEST_F(StubImap, SendsNoPasswordWhereTheEncryptionWasStruckOut)
+{
+    for (const QByteArrayList &answers :
+         {QByteArrayList{capabilities},
+          QByteArrayList{"* CAPABILITY IMAP4rev1 STARTTLS\r\nTAG OK x\r\n", "TAG NO not now\r\n"},
+          QByteArrayList{"* CAPABILITY IMAP4rev1 STARTTLS\r\nTAG OK x\r\n", "TAG BAD what?\r\n"}}) {
+        const StubServer stub([answers](StubLine &line) {
+            speak(line, answers);
+            line.hear();
+        });
+        const QStringList found = outcome(stub, LineSecurity::StartTls);
+        ASSERT_EQ(found.size(), 1);
+        EXPECT_TRUE(found[0].startsWith("encrypting the line: ")) << found[0].toStdString();
+        EXPECT_FALSE(stub.heard().join().contains("AUTH"));
+        EXPECT_EQ(stub.lines(), 1);
+    }
+}
+
+TEST_F(StubImap, RefusesWhatIsSlippedInBeforeTheEncryption)
+{
+    const StubServer stub([this](StubLine &line) {
+        speak(line, {"* CAPABILITY IMAP4rev1 STARTTLS\r\nTAG OK x\r\n",
+                     "TAG OK go ahead\r\n* CAPABILITY AUTH=PLAIN\r\n"});
+        encrypt(line);
+    });
+    EXPECT_EQ(
+        outcome(stub, LineSecurity::StartTls),
+        QStringList{"encrypting the line: the server went on in plain text after its go-ahead"});
+}
+
+TEST_F(StubImap, RefusesToBeSignedOnBeforeTheEncryption)
+{
+    const StubServer stub([](StubLine &line) {
+        speak(line, {capabilities, opened()}, "* PREAUTH you are in\r\n");
+    });
+    EXPECT_EQ(outcome(stub, LineSecurity::StartTls),
+              QStringList{"connecting: the server signs on before the line is encrypted"});
+}
+
+TEST_F(StubImap, AsksAgainWhatTheServerCanOnceTheLineIsEncrypted)
+{
+    const StubServer stub([this](StubLine &line) {
+        speak(line,
+              {"* CAPABILITY IMAP4rev1 STARTTLS AUTH=LOGIN\r\nTAG OK x\r\n", "TAG OK go\r\n"});
+        encrypt(line);
+        for (const QByteArray &answer : good)
+            line.answer(answer);
+    });
+    EXPECT_EQ(outcome(stub, LineSecurity::StartTls), all);
+}
+
+TEST_F(StubImap, MayBeSignedOnFromTheStart)
+{
+    const StubServer stub([](StubLine &line) {
+        speak(line, {opened(), listed(), messages()}, "* PREAUTH you are in\r\n");
+    });
+    EXPECT_EQ(outcome(stub), all);
+}
+
+TEST_F(StubImap, LogsInWithoutAMechanism)
+{
+    QByteArrayList answers = good;
+    answers[0] = "* CAPABILITY IMAP4rev1\r\nTAG OK x\r\n";
+    StubServer stub([&](StubLine &line) { speak(line, answers); });
+    {
+        ImapInbox reader =
+            inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "a \"b\" \\c"});
+        EXPECT_EQ(outcome(reader), all);
+    }
+    while (stub.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_EQ(stub.heard().value(1), "[clear] o2 LOGIN \"ann\" \"a \\\"b\\\" \\\\c\"");
+}
+
+TEST_F(StubImap, SendsAsALiteralWhatAQuotedStringCannotHold)
+{
+    StubServer stub([](StubLine &line) {
+        speak(line, {"* CAPABILITY IMAP4rev1\r\nTAG OK x\r\n", "+ go on\r\n", "o2 OK in\r\n",
+                     opened(), listed(), messages(), "TAG OK bye\r\n"});
+    });
+    {
+        ImapInbox reader =
+            inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pä\"ss"});
+        EXPECT_EQ(outcome(reader), all);
+    }
+    while (stub.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_EQ(stub.heard().mid(1, 2),
+              (QList<QByteArray>{"[clear] o2 LOGIN \"ann\" {6}", "[clear] p\xC3\xA4\"ss"}));
+}
+
+TEST_F(StubImap, SaysWhenThereIsNoWayToSignOn)
+{
+    EXPECT_EQ(outcome_of({"* CAPABILITY IMAP4rev1 LOGINDISABLED AUTH=GSSAPI\r\nTAG OK x\r\n"}),
+              QStringList{"logging in: the server offers no way to sign on with this; it offers: "
+                          "GSSAPI"});
+    const StubServer stub([](StubLine &line) { speak(line, good); });
+    ImapInbox with_token = inbox(stub, LineSecurity::Plain, {SignInKind::Token, "ann", "pencil"});
+    EXPECT_EQ(outcome(with_token),
+              QStringList{"logging in: the server offers no way to sign on with "
+                          "this; it offers: PLAIN"});
+    ImapInbox with_nothing = inbox(stub, LineSecurity::Plain, {});
+    EXPECT_EQ(outcome(with_nothing), QStringList{"logging in: the server asks for a password"});
+}
+
+TEST_F(StubImap, SignsOnWithATokenAndTellsItsRefusal)
+{
+    const QByteArray offer = "* CAPABILITY IMAP4rev1 AUTH=XOAUTH2\r\nTAG OK x\r\n";
+    QByteArrayList answers = good;
+    answers[0] = offer;
+    answers.insert(1, "+ \r\n"); // without SASL-IR the server asks for the token
+    answers[2] = "o2 OK in\r\n";
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    ImapInbox reader = inbox(stub, LineSecurity::Plain, {SignInKind::Token, "ann", "t0ken"});
+    EXPECT_EQ(outcome(reader), all);
+
+    const StubServer refusing([&](StubLine &line) {
+        speak(line, {offer, "+ \r\n", "+ eyJzdGF0dXMiOiI0MDEifQ==\r\n", "o2 NO expired\r\n"});
+    });
+    ImapInbox refused = inbox(refusing, LineSecurity::Plain, {SignInKind::Token, "ann", "t0ken"});
+    EXPECT_EQ(outcome(refused), QStringList{"logging in: expired"});
+}
+
+TEST_F(StubImap, BelievesNoSignOnThatIsNotProved)
+{
+    EXPECT_EQ(outcome_of(
+                  {"* CAPABILITY IMAP4rev1 AUTH=SCRAM-SHA-256 SASL-IR\r\nTAG OK x\r\n", signed_on}),
+              QStringList{"logging in: the server has not proved that it knows the password"});
+}
+
+TEST_F(StubImap, TakesAnswersInAnyOrderAndPassesOverTheRest)
+{
+    QByteArrayList answers = good;
+    answers[4] =
+        "* 4 EXISTS\r\n* 2 EXPUNGE\r\n* 1 FETCH (UID 6 FLAGS (\\Seen))\r\n* SEARCH 1 2\r\n" +
+        message("9") + message("77") + message("6") + message("5") + "TAG OK fetched\r\n";
+    EXPECT_EQ(outcome_of(answers), all);
+}
+
+TEST_F(StubImap, RefusesAnswersToWhatItDidNotAsk)
+{
+    QByteArrayList answers = good;
+    answers[4] = "o99 OK fetched\r\n";
+    EXPECT_EQ(outcome_of(answers),
+              QStringList{"reading the messages: the server answers what it was not asked"});
+}
+
+TEST_F(StubImap, AMessageThatTheServerCannotGiveIsToldAloneAndTheOthersAreRead)
+{
+    QByteArrayList answers = good;
+    answers[4] = message("5") + "TAG NO [SERVERBUG] cannot read 6\r\n";
+    answers[5] = "TAG NO [SERVERBUG] cannot read 6\r\n";
+    answers += message("9") + "TAG OK fetched\r\n";
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    ImapInbox reader = inbox(stub);
+    reader.fetch();
+    EXPECT_EQ(reader.read(0).subject, "message 5");
+    try {
+        reader.read(1);
+        FAIL() << "read what the server refused";
+    } catch (const MessageRefused &error) {
+        EXPECT_TRUE(error.description().endsWith("), reading message 2: [SERVERBUG] cannot read 6"))
+            << error.what();
+    }
+    EXPECT_EQ(reader.read(2).subject, "message 9");
+}
+
+TEST_F(StubImap, AMessageThatWasExpungedMeanwhileHasGone)
+{
+    QByteArrayList answers = good;
+    answers[4] = message("5") + message("9") + "TAG NO [EXPUNGEISSUED] Some have gone\r\n";
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    ImapInbox reader = inbox(stub);
+    reader.fetch();
+    EXPECT_EQ(reader.read(0).subject, "message 5");
+    EXPECT_THROW(reader.read(1), MessageGone);
+    EXPECT_EQ(reader.read(2).subject, "message 9");
+}
+
+TEST_F(StubImap, AStructureThatMakesNoSenseIsReadFromTheBeginningOfTheMessage)
+{
+    const QByteArray text = "Subject: odd\r\n\r\nits text\r\n";
+    const QByteArray whole = "BODY[]<0> {" + QByteArray::number(text.size()) + "}\r\n" + text;
+    QByteArrayList answers = good;
+    answers[3] = listed(50'000);
+    answers[4] =
+        "* 1 FETCH (UID 5 BODYSTRUCTURE ((()))) \r\n* 2 FETCH (UID 6 BODYSTRUCTURE NIL)\r\n"
+        "* 3 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1))\r\n"
+        "TAG OK x\r\n";
+    answers[5] = "* 3 FETCH (UID 9 BODY[1] {3}\r\nhi!)\r\nTAG OK x\r\n";
+    answers.insert(5, "* 1 FETCH (UID 5 " + whole + ")\r\n* 2 FETCH (UID 6 " + whole +
+                          ")\r\nTAG OK x\r\n");
+    StubServer stub([&](StubLine &line) { speak(line, answers); });
+    ImapInbox reader = inbox(stub);
+    reader.fetch();
+    EXPECT_EQ(reader.read(0).text, "its text\r\n");
+    EXPECT_EQ(reader.read(1).subject, "odd");
+    EXPECT_EQ(reader.read(2).text, "hi!");
+}
+
+TEST_F(StubImap, KeepsFewBatchesOnTheWay)
+{
+    // 3,000 messages are listed; each command that fetches is noted and never answered.
+    const StubServer stub([](StubLine &line) {
+        QByteArray list;
+        for (int uid = 1; uid <= 3'000; ++uid)
+            list += "* 1 FETCH (UID " + QByteArray::number(uid) + " RFC822.SIZE 60)\r\n";
+        speak(line, {capabilities, signed_on, opened(), list + "TAG OK listed\r\n"});
+        while (!line.hear().isEmpty()) {
+        }
+    });
+    {
+        ImapInbox reader =
+            inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 150ms);
+        reader.fetch();
+        EXPECT_EQ(reader.count(), 3'000);
+        EXPECT_THROW(reader.read(0), RuntimeError);
+    }
+    while (stub.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_EQ(stub.heard().mid(4),
+              (QList<QByteArray>{"[clear] o5 UID FETCH 1:250 (UID BODY.PEEK[]<0.32768>)",
+                                 "[clear] o6 UID FETCH 251:500 (UID BODY.PEEK[]<0.32768>)",
+                                 "[clear] o7 UID FETCH 501:750 (UID BODY.PEEK[]<0.32768>)",
+                                 "[clear] o8 UID FETCH 751:1000 (UID BODY.PEEK[]<0.32768>)",
+                                 "[clear] o9 LOGOUT"}));
+}
+} // namespace

@@ -1,0 +1,170 @@
+#include "tests/mail/message_shapes.h"
+
+#include <initializer_list>
+
+namespace
+{
+QByteArray head(const QByteArray &subject)
+{
+    return "Received: from a (a [192.0.2.1])\n\tby b with ESMTP;\n\tMon, 5 Jan 2026 10:11:12 "
+           "+0100\n"
+           "From: =?utf-8?Q?J=C3=BCrgen?= <juergen@example.org>\nSubject: " +
+           subject + "\nDate: Tue, 6 Jan 2026 08:09:10 +0000\nMIME-Version: 1.0\n";
+}
+
+QByteArray part(const QByteArray &fields, const QByteArray &body)
+{
+    return fields + "\n\n" + body;
+}
+
+QByteArray several(const QByteArray &type, std::initializer_list<QByteArray> parts)
+{
+    static int number = 0;
+    const QByteArray boundary = "bound" + QByteArray::number(++number);
+    QByteArray text = "Content-Type: multipart/" + type + "; boundary=\"" + boundary +
+                      "\"\n\nThis is in several parts.\n";
+    for (const QByteArray &each : parts)
+        text += "--" + boundary + '\n' + each + '\n';
+    return text + "--" + boundary + "--\n";
+}
+
+QByteArray lines(int count, const QByteArray &line)
+{
+    return QByteArray(line + '\n').repeated(count);
+}
+
+const QByteArray plain = "Content-Type: text/plain; charset=utf-8";
+const QByteArray in_base64 = "\nContent-Transfer-Encoding: base64";
+const QByteArray in_quoted = "\nContent-Transfer-Encoding: quoted-printable";
+const QByteArray attached = "\nContent-Disposition: attachment; filename=\"a b.bin\"";
+
+QByteArray text(const QByteArray &words)
+{
+    return part(plain, words + "\n");
+}
+
+QByteArray attachment(int kilobytes)
+{
+    QByteArray encoded;
+    for (int line = 0; line < kilobytes * 14; ++line)
+        encoded += QByteArray("QUJD").repeated(18) + '\n';
+    return part("Content-Type: application/octet-stream" + attached + in_base64, encoded);
+}
+
+QByteArray status(const QByteArray &failed)
+{
+    return part("Content-Type: message/delivery-status",
+                "Reporting-MTA: dns; mx.example.org\n\nFinal-Recipient: rfc822; " + failed +
+                    "\nAction: failed\nStatus: 5.1.1\n");
+}
+
+QByteArray returned(int kilobytes)
+{
+    return part("Content-Type: message/rfc822",
+                head("returned") +
+                    several("mixed", {text("returned text"), attachment(kilobytes)}));
+}
+
+QByteArray report(std::initializer_list<QByteArray> parts)
+{
+    return several("report; report-type=delivery-status", parts);
+}
+
+QByteArrayList texts()
+{
+    const QByteArray html = "<html><body><p>one</p>" +
+                            lines(900, "<p>two &amp; three, ann@example.org</p>") +
+                            "</body></html>";
+    return {
+        head("plain and long") + text(lines(2'000, "a line with j\xC3\xBCrgen@example.org in it")),
+        head("latin") +
+            part("Content-Type: text/plain; charset=iso-8859-1", lines(500, "gr\xFC\xDF Gott")),
+        head("unlabelled") + "\n" + lines(500, "no type at all"),
+        head("in base64") +
+            part(plain + in_base64, QByteArray(lines(900, "bas\xC3\xA9")).toBase64()),
+        head("in quoted-printable") + part(plain + in_quoted, lines(900, "q=C3=BC=\nsoft break")),
+        head("html alone") + part("Content-Type: text/html; charset=utf-8", html),
+        head("alternative") +
+            several("alternative",
+                    {text("the plain one"), part("Content-Type: text/html; charset=utf-8", html)}),
+        head("html first") +
+            several("alternative",
+                    {part("Content-Type: text/html; charset=utf-8", html), text("the plain one")}),
+        head("odd type") + part("Content-Type: text", lines(500, "an odd type")),
+        head("unknown type") + part("Content-Type: x-odd/thing", lines(500, "shown all the same")),
+        head("calendar") + part("Content-Type: text/calendar", lines(500, "BEGIN:VCALENDAR")),
+        head("one long line") + text(QByteArray(90'000, 'x')),
+    };
+}
+
+QByteArrayList attachments()
+{
+    return {
+        head("attached behind") + several("mixed", {text("in front"), attachment(200)}),
+        head("attached before") + several("mixed", {attachment(200), text("behind")}),
+        head("attached text first") +
+            several("mixed", {part(plain + attached, lines(600, "not this")), text("but this")}),
+        head("nothing but attached") + several("mixed", {attachment(20), attachment(20)}),
+        head("itself attached") + part("Content-Type: application/pdf" + attached + in_base64,
+                                       lines(300, "QUJDREVGR0g=")),
+        head("text itself attached") + part(plain + attached, lines(600, "attached text")),
+        head("nested") +
+            several("mixed", {several("related", {several("alternative", {text("deep inside")}),
+                                                  attachment(10)}),
+                              attachment(50), text("a footer")}),
+        head("forwarded") + several("mixed", {text("see below"), returned(100)}),
+        head("forwarded alone") +
+            part("Content-Type: message/rfc822", head("inner") + text(lines(500, "inner text"))),
+    };
+}
+
+QByteArrayList reports()
+{
+    return {
+        head("report") +
+            report({text("It could not be delivered."), status("ann@example.net"), returned(100)}),
+        head("two statuses") + report({text("Both failed."), status("ann@example.net"),
+                                       status("bob@example.net"), returned(30)}),
+        head("wrapped") +
+            report({text("A gateway."),
+                    part("Content-Type: message/rfc822",
+                         head("inside") + report({text("It could not be delivered."),
+                                                  status("eve@example.net"), returned(60)}))}),
+        "X-Failed-Recipients: zoe@example.net, max@example.net\n" + head("failed field") +
+            text(lines(400, "A message that you sent could not be delivered.")),
+    };
+}
+
+QByteArrayList broken()
+{
+    return {
+        head("no boundary") + "Content-Type: multipart/mixed\n\n" + lines(400, "just text"),
+        head("boundary nowhere") + "Content-Type: multipart/mixed; boundary=xyz\n\n" +
+            lines(400, "just text"),
+        head("not ended") + "Content-Type: multipart/mixed; boundary=xyz\n\n--xyz\n" +
+            text(lines(400, "and no end")),
+        head("empty"),
+        head("no body") + "\n",
+        "no header at all\n" + lines(400, "a line"),
+        head("charset that is none") +
+            part("Content-Type: text/plain; charset=\"no\\\"such\"", lines(400, "caf\xC3\xA9")),
+        head("dots") + text("..\n.\n. \n.a\n" + lines(400, ".")),
+        head("long subject " + QByteArray("word ").repeated(3'000)) + text("short text"),
+        "From: a@example.org (a comment)\nFrom: second@example.org\nSubject: twice\nDate: Tue, 6 "
+        "Jan "
+        "2026 08:09:10 +0000\n" +
+            text(lines(300, "of repeated fields the first counts")),
+    };
+}
+} // namespace
+
+QByteArrayList message_shapes()
+{
+    return texts() + attachments() + reports() + broken();
+}
+
+QByteArray letter(int number)
+{
+    return head("letter " + QByteArray::number(number)) +
+           text("Words of letter " + QByteArray::number(number));
+}

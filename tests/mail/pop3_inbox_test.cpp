@@ -1,0 +1,358 @@
+// POP3 against servers that do what a good one does not.
+#include "mail/pop3_inbox.h"
+#include "tests/mail/servers/certificates.h"
+#include "tests/mail/servers/stub_server.h"
+#include "tests/support/print_qt.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+using namespace std::chrono_literals;
+
+const QByteArray capabilities = "+OK here\r\nTOP\r\nUIDL\r\nSASL PLAIN\r\n.\r\n";
+const QByteArray list = "+OK 2\r\n1 60\r\n2 60\r\n.\r\n";
+const QByteArray identifiers = "+OK\r\n1 first\r\n2 second\r\n.\r\n";
+
+QByteArray message(const char *number)
+{
+    return QByteArray("+OK\r\nSubject: message ") + number +
+           "\r\nReceived: from a by b;\r\n\tFri, 17 Jul 2020 02:44:25 +0000\r\n\r\n..\r\n..dots\r\n"
+           "-ERR no answer\r\n.\r\n";
+}
+
+const QByteArrayList good = {capabilities, "+OK in\r\n", capabilities, list,
+                             identifiers,  message("1"), message("2"), "+OK bye\r\n"};
+
+void speak(StubLine &line, const QByteArrayList &answers,
+           const QByteArray &greeting = "+OK hello\r\n")
+{
+    line.say(greeting);
+    for (const QByteArray &answer : answers)
+        line.answer(answer);
+}
+
+class StubPop3 : public testing::Test
+{
+protected:
+    Pop3Inbox inbox(const StubServer &stub, LineSecurity security = LineSecurity::Plain,
+                    Credentials credentials = {SignInKind::Password, "ann", "pencil"},
+                    std::chrono::milliseconds patience = 3s)
+    {
+        MailServer server;
+        server.host = "localhost";
+        server.port = stub.port();
+        server.security = security;
+        return {server,
+                [credentials] { return credentials; },
+                {patience, [] {},
+                 security == LineSecurity::Plain ? QList<QSslCertificate>()
+                                                 : certificates().authority()}};
+    }
+
+    static QStringList outcome(Pop3Inbox &inbox)
+    {
+        QStringList found;
+        try {
+            inbox.fetch();
+            for (int i = 0; i < inbox.count(); ++i)
+                found += inbox.read(i).subject;
+        } catch (const RuntimeError &error) {
+            EXPECT_EQ(error.number(), error_number::mail_failure);
+            EXPECT_FALSE(error.description().contains("pencil")) << error.what();
+            EXPECT_FALSE(error.description().contains("cGVuY2ls")) << error.what();
+            found += error.description().section("), ", 1);
+        }
+        return found;
+    }
+    QStringList outcome(const StubServer &stub, LineSecurity security = LineSecurity::Plain)
+    {
+        Pop3Inbox reader = inbox(stub, security);
+        return outcome(reader);
+    }
+    QStringList outcome_of(const QByteArrayList &answers)
+    {
+        return outcome(StubServer([answers](StubLine &line) { speak(line, answers); }));
+    }
+    // What one client says to a server with these answers.
+    QList<QByteArray> said_to(const QByteArrayList &answers,
+                              const Credentials &credentials = {SignInKind::Password, "ann",
+                                                                "pencil"})
+    {
+        const StubServer stub([&](StubLine &line) { speak(line, answers); });
+        {
+            Pop3Inbox reader = inbox(stub, LineSecurity::Plain, credentials);
+            EXPECT_EQ(outcome(reader), all);
+        }
+        while (stub.heard().isEmpty())
+            std::this_thread::yield();
+        return stub.heard();
+    }
+
+    const Certificates &certificates()
+    {
+        if (!certificates_)
+            certificates_ = std::make_unique<Certificates>();
+        return *certificates_;
+    }
+    bool encrypt(StubLine &line)
+    {
+        return line.encrypt(certificates().certificate_file("good"),
+                            certificates().key_file("good"));
+    }
+
+    const QStringList all = {"message 1", "message 2"};
+
+private:
+    std::unique_ptr<Certificates> certificates_;
+};
+
+TEST_F(StubPop3, SaysWhatItHasToSayAndNoMore)
+{
+    EXPECT_EQ(
+        said_to(good),
+        (QList<QByteArray>{"[clear] CAPA", "[clear] AUTH PLAIN AGFubgBwZW5jaWw=", "[clear] CAPA",
+                           "[clear] LIST", "[clear] UIDL", "[clear] TOP 1 2147483647",
+                           "[clear] TOP 2 2147483647", "[clear] QUIT"}));
+}
+
+TEST_F(StubPop3, TakesDotsOffAndTheDateOfTheArrival)
+{
+    const StubServer stub([](StubLine &line) { speak(line, good); });
+    Pop3Inbox reader = inbox(stub);
+    reader.fetch();
+    const MessageFields fields = reader.read(0);
+    EXPECT_EQ(fields.text, ".\r\n.dots\r\n-ERR no answer\r\n");
+    EXPECT_EQ(fields.date, "2020-07-17 04:44:25");
+}
+
+TEST_F(StubPop3, AsksForManyAtATimeWhereThatIsAllowed)
+{
+    QByteArray many = "+OK\r\n";
+    for (int i = 1; i <= 300; ++i)
+        many += QByteArray::number(i) + " 60\r\n";
+    const StubServer stub([&](StubLine &line) {
+        speak(line, {capabilities, "+OK\r\n", "+OK\r\nTOP\r\nPIPELINING\r\n.\r\n", many + ".\r\n",
+                     "-ERR no UIDL\r\n"});
+        while (!line.hear().isEmpty()) {
+        }
+    });
+    {
+        Pop3Inbox reader =
+            inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 150ms);
+        reader.fetch();
+        EXPECT_EQ(reader.count(), 300);
+        EXPECT_THROW(reader.read(0), RuntimeError);
+    }
+    while (stub.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_EQ(stub.heard().size(), 5 + 100 + 1);
+    EXPECT_EQ(stub.heard()[104], "[clear] TOP 100 2147483647");
+    EXPECT_EQ(stub.heard()[105], "[clear] QUIT");
+}
+
+TEST_F(StubPop3, AsksAnOldServerByItsOldCommands)
+{
+    const QList<QByteArray> said =
+        said_to({"-ERR what?\r\n", "+OK\r\n", "+OK in\r\n", "-ERR what?\r\n", list,
+                 "-ERR what?\r\n", message("1"), message("2"), "+OK\r\n"});
+    EXPECT_EQ(said, (QList<QByteArray>{"[clear] CAPA", "[clear] USER ann", "[clear] PASS pencil",
+                                       "[clear] CAPA", "[clear] LIST", "[clear] UIDL",
+                                       "[clear] RETR 1", "[clear] RETR 2", "[clear] QUIT"}));
+}
+
+TEST_F(StubPop3, SendsALongTokenOnlyWhenItIsAskedFor)
+{
+    QByteArrayList answers = good;
+    answers[0] = "+OK\r\nTOP\r\nSASL XOAUTH2\r\n.\r\n";
+    const QList<QByteArray> brief = said_to(answers, {SignInKind::Token, "ann", "t0ken"});
+    EXPECT_TRUE(brief[1].startsWith("[clear] AUTH XOAUTH2 dXNlcj1hbm4B"));
+    answers.insert(1, "+ \r\n");
+    const QList<QByteArray> said =
+        said_to(answers, {SignInKind::Token, "ann", QString(500, QChar(u't'))});
+    EXPECT_EQ(said[1], "[clear] AUTH XOAUTH2");
+    EXPECT_TRUE(said[2].startsWith("[clear] dXNlcj1hbm4B"));
+}
+
+struct Phase
+{
+    int answers; // that are given
+    const char *step;
+};
+
+class StubPop3Phases : public StubPop3, public testing::WithParamInterface<Phase>
+{
+};
+
+TEST_P(StubPop3Phases, TellWhereTheServerClosedTheLine)
+{
+    const StubServer stub([](StubLine &line) {
+        if (GetParam().answers >= 0) {
+            speak(line, good.first(GetParam().answers));
+            line.hear();
+        }
+    });
+    EXPECT_EQ(outcome(stub),
+              QStringList{QStringLiteral("%1: the server closed the line").arg(GetParam().step)});
+    EXPECT_EQ(stub.lines(), 2);
+}
+
+TEST_P(StubPop3Phases, TellWhereTheServerFellSilent)
+{
+    const StubServer stub([](StubLine &line) {
+        if (GetParam().answers >= 0)
+            speak(line, good.first(GetParam().answers));
+        line.stall();
+    });
+    Pop3Inbox reader =
+        inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 150ms);
+    EXPECT_EQ(outcome(reader), QStringList{QStringLiteral("%1: the server did not answer within "
+                                                          "0.15 seconds")
+                                               .arg(GetParam().step)});
+    EXPECT_EQ(stub.lines(), 1);
+    if (reader.count() > 0) {
+        EXPECT_THROW(reader.read(1), RuntimeError);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StubPop3Phases,
+                         testing::Values(Phase{-1, "connecting"}, Phase{0, "logging in"},
+                                         Phase{1, "logging in"}, Phase{2, "logging in"},
+                                         Phase{3, "listing the messages"},
+                                         Phase{4, "listing the messages"},
+                                         Phase{5, "reading the messages"}));
+
+TEST_F(StubPop3, GoesOnOnAnotherLineWhereTheFirstBroke)
+{
+    std::atomic<int> lines = 0;
+    const StubServer stub([&](StubLine &line) {
+        if (++lines == 1) {
+            speak(line, good.first(6));
+            line.answer(message("2").chopped(20));
+        } else { // the numbers are others now
+            speak(line, {capabilities, "+OK in\r\n", capabilities, "+OK\r\n7 60\r\n8 60\r\n.\r\n",
+                         "+OK\r\n7 second\r\n8 third\r\n.\r\n", message("2")});
+        }
+    });
+    EXPECT_EQ(outcome(stub), all);
+    EXPECT_EQ(stub.lines(), 2);
+}
+
+TEST_F(StubPop3, DoesNotGoOnWithoutIdentifiers)
+{
+    QByteArrayList answers = good.first(6);
+    answers[4] = "-ERR no UIDL\r\n";
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    EXPECT_EQ(outcome(stub),
+              (QStringList{"message 1", "reading the messages: the server closed the line"}));
+    EXPECT_EQ(stub.lines(), 1);
+}
+
+TEST_F(StubPop3, TellsRefusalsInTheServersWords)
+{
+    EXPECT_EQ(outcome_of({capabilities, "-ERR [AUTH] Wrong\x07 one\r\n"}),
+              QStringList{"logging in: [AUTH] Wrong one"});
+    EXPECT_EQ(outcome_of({capabilities, "-ERR unknown: AUTH PLAIN AGFubgBwZW5jaWw=\r\n"}),
+              QStringList{"logging in: its answer repeats a secret and is not shown"});
+    EXPECT_EQ(outcome_of({"-ERR\r\n", "+OK\r\n", "-ERR no mailbox for pencil\r\n"}),
+              QStringList{"logging in: its answer repeats a secret and is not shown"});
+    EXPECT_EQ(outcome_of({capabilities, "+OK\r\n", capabilities, "-ERR [SYS/TEMP] disk\r\n"}),
+              QStringList{"listing the messages: [SYS/TEMP] disk"});
+    const StubServer busy([](StubLine &line) { line.say("-ERR [IN-USE] busy\r\n"); });
+    EXPECT_EQ(outcome(busy), QStringList{"connecting: [IN-USE] busy"});
+    const StubServer other([](StubLine &line) { line.say("220 smtp.example.org\r\n"); });
+    EXPECT_EQ(outcome(other), QStringList{"connecting: this is no POP3 server"});
+}
+
+TEST_F(StubPop3, SendsNoPasswordWhereTheEncryptionWasStruckOut)
+{
+    for (const QByteArrayList &answers :
+         {QByteArrayList{capabilities}, QByteArrayList{"-ERR what?\r\n"},
+          QByteArrayList{"+OK\r\nSTLS\r\n.\r\n", "-ERR not now\r\n"}}) {
+        const StubServer stub([answers](StubLine &line) {
+            speak(line, answers);
+            line.hear();
+        });
+        const QStringList found = outcome(stub, LineSecurity::StartTls);
+        ASSERT_EQ(found.size(), 1);
+        EXPECT_TRUE(found[0].startsWith("encrypting the line: ")) << found[0].toStdString();
+        EXPECT_FALSE(stub.heard().join().contains("AUTH"));
+        EXPECT_FALSE(stub.heard().join().contains("USER"));
+        EXPECT_EQ(stub.lines(), 1);
+    }
+}
+
+TEST_F(StubPop3, RefusesWhatIsSlippedInBeforeTheEncryption)
+{
+    const StubServer stub([this](StubLine &line) {
+        speak(line, {"+OK\r\nSTLS\r\n.\r\n", "+OK go ahead\r\n+OK more\r\n"});
+        encrypt(line);
+    });
+    EXPECT_EQ(
+        outcome(stub, LineSecurity::StartTls),
+        QStringList{"encrypting the line: the server went on in plain text after its go-ahead"});
+}
+
+TEST_F(StubPop3, AsksAgainWhatTheServerCanOnceTheLineIsEncrypted)
+{
+    const StubServer stub([this](StubLine &line) {
+        speak(line, {"+OK\r\nSTLS\r\nSASL LOGIN\r\n.\r\n", "+OK go ahead\r\n"});
+        encrypt(line);
+        for (const QByteArray &answer : good)
+            line.answer(answer);
+    });
+    EXPECT_EQ(outcome(stub, LineSecurity::StartTls), all);
+}
+
+TEST_F(StubPop3, SaysWhenThereIsNoWayToSignOn)
+{
+    const StubServer stub([](StubLine &line) { speak(line, good); });
+    Pop3Inbox with_token = inbox(stub, LineSecurity::Plain, {SignInKind::Token, "ann", "pencil"});
+    EXPECT_EQ(outcome(with_token),
+              QStringList{"logging in: the server offers no way to sign on with "
+                          "this; it offers: PLAIN"});
+    Pop3Inbox with_nothing = inbox(stub, LineSecurity::Plain, {});
+    EXPECT_EQ(outcome(with_nothing), QStringList{"logging in: the server asks for a password"});
+    const StubServer old([](StubLine &line) { speak(line, {"-ERR\r\n"}); });
+    Pop3Inbox with_break =
+        inbox(old, LineSecurity::Plain, {SignInKind::Password, "ann", "pen\r\nDELE 1"});
+    EXPECT_EQ(outcome(with_break), QStringList{"logging in: the user name or the password holds a "
+                                               "character that cannot be sent"});
+}
+
+TEST_F(StubPop3, BelievesNoSignOnThatIsNotProved)
+{
+    EXPECT_EQ(outcome_of({"+OK\r\nSASL SCRAM-SHA-256\r\n.\r\n", "+OK in\r\n"}),
+              QStringList{"logging in: the server has not proved that it knows the password"});
+}
+
+TEST_F(StubPop3, TellsAMessageThatHasGoneFromOneThatIsRefused)
+{
+    QByteArrayList answers = good.first(5);
+    answers += {"-ERR [SYS/TEMP] cannot read it\r\n", "+OK 1 60\r\n", "-ERR no such message\r\n",
+                "-ERR no such message\r\n"};
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    Pop3Inbox reader = inbox(stub);
+    reader.fetch();
+    try {
+        reader.read(0);
+        FAIL() << "read what the server refused";
+    } catch (const MessageRefused &error) {
+        EXPECT_TRUE(error.description().endsWith("), reading message 1: [SYS/TEMP] cannot read it"))
+            << error.what();
+    }
+    EXPECT_THROW(reader.read(1), MessageGone);
+}
+
+TEST_F(StubPop3, ALineOfAnyLengthIsRead)
+{
+    const QByteArray text(300'000, 'x');
+    QByteArrayList answers = good;
+    answers[5] = "+OK\r\nSubject: long\r\n\r\n" + text + "\r\n.\r\n";
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    Pop3Inbox reader = inbox(stub);
+    reader.fetch();
+    EXPECT_EQ(reader.read(0).text, text + "\r\n");
+    EXPECT_EQ(reader.read(1).subject, "message 2");
+}
+} // namespace

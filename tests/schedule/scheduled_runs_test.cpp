@@ -1,0 +1,282 @@
+// Ticks, the runs that they start, and what a person sees of them.
+#include "tests/schedule/schedule_room.h"
+
+#include <QStatusBar>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace
+{
+const QStringList no_boxes;
+
+class Tick : public ScheduleRoom
+{
+protected:
+    Tick() { mail.inbox = {{"ann@example.org", "Hello", "2026-01-02 03:04:05", "Ann", "text"}}; }
+
+    /// Started on the Monday 2026-03-02 at 09:30:00.
+    void start(const QStringList &ticked_days, const QString &hours, const QString &minutes)
+    {
+        set_now("2026-03-02 09:30:00");
+        for (const QString &day : ticked_days)
+            click(day);
+        set_text("Text18", hours);
+        set_text("Text19", minutes);
+        click("Command15");
+    }
+
+    qsizetype runs() { return mail.calls.count("SignOn"); }
+};
+
+TEST_F(Tick, RunsEveryTwoHoursAndMovesThePeriodStart)
+{
+    start({"Check1"}, "2", "0");
+    pass_minutes(89);
+    EXPECT_EQ(history(), QStringList());
+    pass_minutes(1);
+    EXPECT_EQ(history(), QStringList{"2026-03-02 11:00:00"});
+    EXPECT_EQ(text("Text20"), "2026-03-02 11:00:00");
+    EXPECT_TRUE(is_scheduled());
+    pass_minutes(240);
+    EXPECT_EQ(history(),
+              (QStringList{"2026-03-02 11:00:00", "2026-03-02 13:00:00", "2026-03-02 15:00:00"}));
+    EXPECT_EQ(runs(), 3);
+    EXPECT_EQ(rows("system", "email").size(), 3);
+    EXPECT_EQ(state(), "Schedule: next run at 2026-03-02 17:00, last run at 2026-03-02 15:00:00");
+    EXPECT_EQ(boxes.shown(), no_boxes);
+}
+
+TEST_F(Tick, RunsForAWholeWeekOnTheTickedDays)
+{
+    start({"Check8"}, "1", "0");
+    pass_minutes(7 * 24 * 60);
+    EXPECT_EQ(runs(), 7 * 24);
+    EXPECT_EQ(history().constFirst(), "2026-03-02 10:00:00");
+    EXPECT_EQ(history().constLast(), "2026-03-09 09:00:00");
+}
+
+TEST_F(Tick, RunsEveryFiveMinutes)
+{
+    start({"Check1"}, "0", "5");
+    pass_minutes(11);
+    EXPECT_EQ(history(), (QStringList{"2026-03-02 09:35:00", "2026-03-02 09:40:00"}));
+}
+
+TEST_F(Tick, HoursWinOverMinutes)
+{
+    start({"Check1"}, "1", "10");
+    pass_minutes(29);
+    EXPECT_EQ(history(), QStringList());
+    pass_minutes(1);
+    EXPECT_EQ(history(), QStringList{"2026-03-02 10:00:00"});
+}
+
+TEST_F(Tick, ATickThatMissesItsMinuteNeverFiresAgainUntilTheNextStart)
+{
+    start({"Check1"}, "0", "5");
+    set_now("2026-03-02 09:36:00");
+    tick();
+    pass_minutes(60);
+    EXPECT_EQ(runs(), 0);
+    EXPECT_EQ(state(), "Schedule: no run will come; start it again");
+    click("Command15");
+    pass_minutes(5);
+    EXPECT_EQ(runs(), 1);
+}
+
+TEST_F(Tick, ADayThatIsNotTickedIsPassedSilentlyAndEndsTheSchedule)
+{
+    start({"Check1"}, "1", "0"); // Monday alone
+    pass_minutes(30);
+    EXPECT_EQ(runs(), 1);
+    set_now("2026-03-03 00:00:30");
+    pass_minutes(24 * 60);
+    EXPECT_EQ(runs(), 1);
+    set_now("2026-03-09 09:00:00"); // Monday again: the count has long passed the interval
+    tick();
+    EXPECT_EQ(runs(), 1);
+    EXPECT_TRUE(is_scheduled());
+    EXPECT_EQ(boxes.shown(), no_boxes);
+}
+
+TEST_F(Tick, EachDayBoxStandsForItsOwnDay)
+{
+    const QStringList day_boxes = {"Check1", "Check2", "Check3", "Check4",
+                                   "Check5", "Check6", "Check7"};
+    for (int day = 0; day < 7; ++day) {
+        click(day_boxes[day]);
+        set_text("Text19", "1");
+        for (int today = 0; today < 7; ++today) {
+            set_now(QStringLiteral("2026-03-0%1 12:00:00").arg(today + 2)); // from Monday on
+            click("Command15");
+            mail.calls.clear();
+            pass_minutes(1);
+            EXPECT_EQ(runs(), today == day ? 1 : 0) << day << " on " << today;
+        }
+        click(day_boxes[day]);
+    }
+}
+
+TEST_F(Tick, WithoutADayItSaysSoEachTime)
+{
+    start({"Check1"}, "1", "0");
+    click("Check1");
+    for (int i = 0; i < 2; ++i) {
+        boxes.expect_notice("Please indicate which days you would like to run the schedule!");
+        pass_minutes(1);
+    }
+    EXPECT_TRUE(boxes.is_done());
+    EXPECT_TRUE(is_scheduled());
+}
+
+TEST_F(Tick, WithoutAnIntervalItSaysSoEachTime)
+{
+    start({"Check1"}, "1", "0");
+    set_text("Text18", "0");
+    for (int i = 0; i < 2; ++i) {
+        boxes.expect_notice("You have to set the interval between program runs");
+        pass_minutes(1);
+    }
+    EXPECT_TRUE(boxes.is_done());
+    EXPECT_TRUE(is_scheduled());
+}
+
+TEST_F(Tick, ItsBoxIsNotPiledUpWhileNobodyAnswers)
+{
+    start({"Check1"}, "1", "0");
+    set_text("Text18", "0");
+    boxes.expect_notice("You have to set the interval between program runs");
+    boxes.before_next_answer([this] { pass_minutes(3); });
+    pass_minutes(1);
+    EXPECT_EQ(boxes.shown().size(), 1);
+}
+
+TEST_F(Tick, TheHistoryAndThePeriodStartAreWrittenBeforeTheRunAndTheTimerStandsMeanwhile)
+{
+    start({"Check1"}, "0", "1");
+    bool as_said = false;
+    mail.on_call["SignOn"] = [&] {
+        as_said = history() == QStringList{"2026-03-02 09:31:00"} &&
+                  text("Text20") == "2026-03-02 09:31:00" && !is_scheduled() &&
+                  state() == "Schedule: the run of 2026-03-02 09:31:00 is going on";
+    };
+    pass_minutes(1);
+    EXPECT_TRUE(as_said);
+    EXPECT_TRUE(is_scheduled());
+}
+
+TEST_F(Tick, AStopDuringTheRunIsUndone)
+{
+    start({"Check1"}, "0", "1");
+    mail.on_call["SignOn"] = [&] { click("Command16"); };
+    pass_minutes(1);
+    EXPECT_TRUE(is_scheduled());
+}
+
+TEST_F(Tick, AStopInTheMiddleOfTheTickIsUndoneToo)
+{
+    start({"Check1"}, "0", "1");
+    QTimer::singleShot(0, &window(), [this] { click("Command16"); });
+    pass_minutes(1);
+    EXPECT_EQ(runs(), 1);
+    EXPECT_TRUE(is_scheduled());
+}
+
+TEST_F(Tick, AClockSetBackRunsNothingUntilItHasCaughtUp)
+{
+    start({"Check1"}, "0", "5");
+    set_now("2026-03-02 09:00:00");
+    pass_minutes(34);
+    EXPECT_EQ(runs(), 0);
+    pass_minutes(1); // 09:35
+    EXPECT_EQ(runs(), 1);
+}
+
+TEST_F(Tick, TheTimeOfTheLastFinishedRetrievalIsShown)
+{
+    EXPECT_EQ(text("last_retrieval"), "");
+    start({"Check1"}, "0", "1");
+    mail.on_call["SignOff"] = [this] { now = now.addSecs(30); }; // the run takes its time
+    pass_minutes(1);
+    EXPECT_EQ(text("last_retrieval"), "2026-03-02 09:31:30");
+    EXPECT_EQ(text("Text21"), ""); // nothing but Refresh writes there
+}
+
+TEST_F(Tick, AFailedSignOnShowsNoBoxAndTheScheduleGoesOn)
+{
+    start({"Check1"}, "0", "1");
+    mail.fail_at("SignOn");
+    pass_minutes(1);
+    EXPECT_EQ(boxes.shown(), no_boxes);
+    EXPECT_TRUE(is_scheduled());
+    EXPECT_EQ(text("last_retrieval"), ""); // it did not come to its end
+    EXPECT_EQ(text("progress_text"),
+              "The run of 2026-03-02 09:31:00 passed over one step: The store says no");
+    EXPECT_TRUE(control<QListWidget>("List2").item(0)->toolTip().contains("The store says no"));
+    mail.on_call.clear();
+    pass_minutes(1);
+    EXPECT_EQ(rows("system", "email"), QStringList{"ann@example.org"});
+}
+
+TEST_F(Tick, WhatEveryFailingStepSaysIsInTheToolTipAsPlainText)
+{
+    start({"Check1"}, "0", "1");
+    mail.on_call["MsgSubject"] = [] {
+        throw RuntimeError(error_number::mail_failure, "<b>No</b>\nsubject");
+    };
+    mail.on_call["SignOff"] = [] { throw RuntimeError(error_number::mail_failure, "No end"); };
+    pass_minutes(1);
+    EXPECT_EQ(boxes.shown(), no_boxes);
+    const QString tool_tip = control<QListWidget>("List2").item(0)->toolTip();
+    EXPECT_TRUE(tool_tip.contains("&lt;b&gt;No&lt;/b&gt;\nsubject\nNo end"))
+        << tool_tip.toStdString();
+    EXPECT_EQ(text("progress_text"), "The run of 2026-03-02 09:31:00 passed over 2 steps: "
+                                     "<b>No</b> subject No end");
+    EXPECT_EQ(rows("system", "email"), QStringList{"ann@example.org"});
+}
+
+TEST_F(Tick, ALongNoteDoesNotWidenTheWindow)
+{
+    start({"Check1"}, "0", "1");
+    mail.on_call["SignOn"] = [] {
+        throw RuntimeError(error_number::mail_failure, QString(5000, 'x'));
+    };
+    pass_minutes(1);
+    EXPECT_LE(window().minimumSizeHint().width(), 1000);
+}
+
+TEST_F(Tick, APeriodStartThatIsNoDateTimeEndsTheProgram)
+{
+    const auto run = [this] {
+        start({"Check1"}, "1", "0");
+        set_text("Text20", "");
+        boxes.expect_run_time_error("Run-time error '13':\n\nType mismatch: the period start '' is "
+                                    "not a date-time like 2026-01-31 09:30:00.");
+        pass_minutes(1);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(1), testing::HasSubstr("Type mismatch"));
+}
+
+TEST_F(Tick, AnIntervalThatIsNoNumberEndsTheProgram)
+{
+    const auto run = [this] {
+        start({"Check1"}, "1", "0");
+        set_text("Text18", "");
+        boxes.expect_run_time_error("Run-time error '13':\n\nType mismatch: '' is not a number.");
+        pass_minutes(1);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(1), testing::HasSubstr("Type mismatch"));
+}
+
+TEST_F(Tick, NothingOfTheScheduleOutlivesTheProgram)
+{
+    start({"Check1"}, "1", "0");
+    pass_minutes(30);
+    close_window();
+    EXPECT_EQ(days(), QList<bool>(7, false));
+    EXPECT_EQ(history(), QStringList());
+    EXPECT_EQ(text("Text20"), "");
+    EXPECT_EQ(text("Text18"), "0");
+    EXPECT_FALSE(is_scheduled());
+}
+} // namespace
