@@ -8,7 +8,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-from harness.contests import Programs, all_contests
+from harness.contests import IMPORT_FILE, Programs, all_contests
 from harness.jobs import Failed, Machine
 from harness.machine import describe
 from harness.report import Result, costs_table, targets_table
@@ -135,7 +135,8 @@ def main() -> int:
     shutil.rmtree(args.scratch, ignore_errors=True)
     results = measurement.results
     text = "\n\n".join([describe(facts), costs_table(contests, results),
-                        targets_table(contests, results, facts["messages"])])
+                        targets_table(contests, results, facts["messages"],
+                                      (args.inputs / IMPORT_FILE).stat().st_size)])
     print(text)
     if args.write_readme:
         write_into(Path(__file__).parent / "README.md", text)

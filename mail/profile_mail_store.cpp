@@ -113,9 +113,9 @@ void ProfileMailStore::Messages::Fetch()
 void ProfileMailStore::Messages::set_MsgIndex(int index)
 {
     constexpr int compose_buffer = -1;
-    current_.reset();
     draft_.reset();
     if (index == compose_buffer) {
+        current_.reset();
         draft_.emplace();
         return;
     }

@@ -121,6 +121,8 @@ void ScheduleTab::Command17_Click()
     ui_->Text21->clear();
     ui_->Text18->setText(QStringLiteral("0"));
     ui_->Text19->setText(QStringLiteral("0"));
+    UpDown1_Change();
+    UpDown2_Change();
     ui_->List2->clear();
     timer_.stop();
     show_state();
@@ -157,7 +159,7 @@ void ScheduleTab::Timer1_Timer()
 {
     if (!timer_.isActive())
         return;
-    if (desk_->is_store_busy())
+    if (is_running_ || desk_->is_store_busy())
         held_tick_.start();
     else
         tick();
@@ -194,6 +196,8 @@ bool ScheduleTab::is_run_due()
         return false;
     }
     QCoreApplication::processEvents();
+    if (plan().interval <= 0) // "Refresh" was pressed in that turn
+        return false;
     return interval_is_over(plan(), period_start(), desk_->clock());
 }
 
@@ -224,7 +228,7 @@ void ScheduleTab::run_now()
 
 void ScheduleTab::runSchedule_Click()
 {
-    const QString begun = date_time_text(desk_->clock());
+    const QString begun = is_running_ ? last_run_ : date_time_text(desk_->clock());
     SkippedSteps skipped;
     desk_->run(skipped);
     note_skipped(begun, skipped);

@@ -1,5 +1,6 @@
 """What is measured beside what: the contests, their contestants and the targets."""
 
+import hashlib
 import json
 import os
 import shutil
@@ -15,7 +16,7 @@ from harness.jobs import OUTPUT, Failed, Job, product_database, product_home
 from harness.servers import DELAY_EACH_WAY, MailServers, copied, with_attachments
 
 PRODUCT = "ostrix"
-GET_EMAILS, READ_LOG = "Command2", "Command10"  # the buttons' names
+GET_EMAILS, READ_LOG, IMPORT = "Command2", "Command10", "Import"  # what is pressed
 
 
 @dataclass
@@ -257,6 +258,51 @@ def shell_replay(programs: Programs) -> Contestant:
                       lambda folder: sql(folder / "r.mdb", LEFT_OVER), slow=True)
 
 
+# Import ------------------------------------------------------------------------------------------
+
+IMPORT_FILE = "import.txt"
+AT_REST = "import-at-rest"  # what the program takes that starts and ends
+
+
+def imports(programs: Programs) -> Contest:
+    file = programs.inputs / IMPORT_FILE
+    return Contest("import", f"import, {file.read_bytes().count(10) - 1:,} addresses",
+                   [product_import(programs, file), row_loop(programs, file)],
+                   "row loop", [Target("row loop", 1.5)], [file])
+
+
+def product_import(programs: Programs, file: Path) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        env = product_home(folder, programs.inputs / "empty.mdb")
+        env["BENCH_FILE"] = str(file)
+        return Job([programs.bench("press"), IMPORT], env)
+
+    return Contestant(PRODUCT, programs.bench("press"), prepare,
+                      lambda folder: stored_in_order(product_database(folder)))
+
+
+def row_loop(programs: Programs, file: Path) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        shutil.copyfile(programs.inputs / "empty.mdb", folder / "loop.mdb")
+        return Job([programs.bench("row_loop"), folder / "loop.mdb", file])
+
+    return Contestant("row loop", programs.bench("row_loop"), prepare,
+                      lambda folder: stored_in_order(folder / "loop.mdb"))
+
+
+def stored_in_order(database: Path) -> tuple:
+    rows = sql(database, "select email from master order by rowid")
+    return len(rows), hashlib.sha256(repr(rows).encode()).hexdigest()[:12]
+
+
+def at_rest(programs: Programs) -> Contest:
+    def prepare(folder: Path) -> Job:
+        return Job([programs.bench("press")], product_home(folder, programs.inputs / "empty.mdb"))
+
+    program = Contestant(PRODUCT, programs.bench("press"), prepare, lambda folder: "ended")
+    return Contest(AT_REST, "start and end, empty list", [program], PRODUCT, [], [])
+
+
 # Lists -------------------------------------------------------------------------------------------
 
 SEARCH = "select email, name from master where email like '%{}%';"
@@ -328,6 +374,7 @@ def all_contests(programs: Programs, quick: bool) -> list:
                 for count in counts for kind in ("maildir", "mbox")]
     contests += server_inboxes(programs)
     contests.append(replay(programs))
+    contests += [imports(programs), at_rest(programs)]
     contests += [lists(programs, query) for query in QUERIES]
     contests.append(start_up(programs))
     return contests

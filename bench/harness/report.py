@@ -3,11 +3,12 @@
 from dataclasses import dataclass, field
 from statistics import median
 
-from harness.contests import PRODUCT
+from harness.contests import AT_REST, PRODUCT
 
 MEMORY_LIMIT_KB = 120 * 1024
 LINEAR_LIMIT = 1.15  # time per message at the larger count, against the smaller
 MEMORY_GROWTH_LIMIT = 1.25  # peak memory, the same
+IMPORT_MEMORY_LIMIT = 5  # peak memory above that of the program at rest, in sizes of the file
 
 
 @dataclass
@@ -126,7 +127,16 @@ def server_verdicts(contest, ours: Result) -> list:
     return lines
 
 
-def targets_table(contests, results, counts) -> str:
+def import_verdict(results, file_size: int) -> str:
+    busy, rest = (results.get((contest, PRODUCT)) for contest in ("import", AT_REST))
+    grown = None
+    if busy and rest and busy.costs and rest.costs:
+        grown = (busy.rss_kb - rest.rss_kb) * 1024 / file_size
+    return verdict("import: peak memory above the program at rest / size of the file", grown,
+                   IMPORT_MEMORY_LIMIT, shown_ratio)
+
+
+def targets_table(contests, results, counts, import_size: int) -> str:
     lines = [row(["target", "measured", "limit", ""]), row(["---", "--:", "--:", "---"])]
     for contest in contests:
         lines += [verdict(f"{contest.title}: time / {target.against}",
@@ -135,4 +145,6 @@ def targets_table(contests, results, counts) -> str:
         lines += server_verdicts(contest, results[contest.name, PRODUCT])
     if any(contest.name.startswith("retrieval") for contest in contests):
         lines += retrieval_verdicts(results, counts)
+    if any(contest.name == "import" for contest in contests):
+        lines.append(import_verdict(results, import_size))
     return "\n".join(lines)
