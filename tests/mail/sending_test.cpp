@@ -395,7 +395,7 @@ protected:
     SmtpServer server{{"--tls", certificates.certificate_file("good"),
                        certificates.key_file("good"), "--sign-on"}};
     MailProfile profile;
-    LocalMailStore mail{accounts, inbox_opener({}), &dialog, [this] {
+    ProfileMailStore mail{accounts, inbox_opener({}), &dialog, [this] {
                             SendingConditions trusting;
                             trusting.network.also_trusted = certificates.authority();
                             return trusting;
