@@ -159,7 +159,7 @@ void TextManipulator::SaveFiletxt_Click()
     save_text(QStringLiteral("All files (*.txt)|*.txt"));
 }
 
-// Not the view box: what the last "Remove  lines that do not contain" has kept, as it always was.
+// Not the view box: what the last "Remove  lines that do not contain" has kept.
 void TextManipulator::save_text(const QString &filter)
 {
     const QString path = desk_.prompts.save_file({filter, {}});
