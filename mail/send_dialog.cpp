@@ -2,6 +2,7 @@
 
 #include "mail/recipient.h"
 #include "mail/text_shape.h"
+#include "platform/controls.h"
 #include "ui_send_dialog.h"
 
 #include <QApplication>
@@ -84,5 +85,5 @@ SendAnswer QtSendDialog::review(const OutgoingMessage &message, const QString &w
         return SendAnswer::Nobody;
     QWidget *active = QApplication::activeWindow();
     SendWindow window(message, way_out, active != nullptr ? active : parent_.data());
-    return window.exec() == QDialog::Accepted ? SendAnswer::Send : SendAnswer::Cancel;
+    return exec_with_arrow(window) == QDialog::Accepted ? SendAnswer::Send : SendAnswer::Cancel;
 }
