@@ -16,6 +16,7 @@ public:
     bool ok_cancel(const QString &question) override;
     QString open_file(const FileChoice &choice) override;
     QString save_file(const FileChoice &choice) override;
+    QString current_folder() const override { return QStringLiteral("c:\\Ostrix\\"); }
     QString input(const QString &question) override;
     void run_time_error(const QString &report) override;
 
