@@ -55,6 +55,7 @@ void write_all(const fs::path &folder, double scale)
     write_mail(folder, many);
     write_empty_database(folder / "empty.mdb");
     write_replay(folder, {scaled(scale, 100'000), scaled(scale, 20'000), scaled(scale, 1'000)});
+    write_address_file(folder / "import.txt", scaled(scale, 100'000));
     write_list_database(folder / "lists.mdb", scaled(scale, 1'000'000));
     write_facts(folder / "facts.json", scale, few, many);
 }

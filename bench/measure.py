@@ -8,7 +8,7 @@ import subprocess
 import sys
 from pathlib import Path
 
-from harness.contests import Programs, all_contests
+from harness.contests import IMPORT_FILE, Programs, all_contests
 from harness.jobs import Failed, Machine
 from harness.machine import describe
 from harness.report import Result, costs_table, targets_table
@@ -26,6 +26,11 @@ class Measurement:
         self.results = {}
 
     def hold(self, contest):
+        with contest.servers as servers:
+            self._machine.groups = servers.groups if servers else []
+            self._hold(contest)
+
+    def _hold(self, contest):
         for path in contest.files:
             read_all(path)
         for contestant in contest.contestants:
@@ -34,7 +39,7 @@ class Measurement:
         if contest.warm_up:
             self._round(contest, 0)
             for contestant in contest.contestants:
-                self.results[contest.name, contestant.name].costs.clear()
+                self.results[contest.name, contestant.name].forget_runs()
         for turn in range(self._runs):
             self._round(contest, turn)
         self._compare_outcomes(contest)
@@ -62,6 +67,8 @@ class Measurement:
             if result.outcome is not None and outcome != result.outcome:
                 raise Failed(f"left {outcome}, then {result.outcome}")
             result.outcome = outcome
+            if contestant.traffic:
+                result.traffic.append(contestant.traffic(self._scratch))
             if not cost.noisy or left == 0:
                 return cost
         raise AssertionError("at least one try is made")
@@ -128,7 +135,8 @@ def main() -> int:
     shutil.rmtree(args.scratch, ignore_errors=True)
     results = measurement.results
     text = "\n\n".join([describe(facts), costs_table(contests, results),
-                        targets_table(contests, results, facts["messages"])])
+                        targets_table(contests, results, facts["messages"],
+                                      (args.inputs / IMPORT_FILE).stat().st_size)])
     print(text)
     if args.write_readme:
         write_into(Path(__file__).parent / "README.md", text)

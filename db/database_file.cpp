@@ -1,11 +1,13 @@
 #include "db/database_file.h"
 
+#include "db/change_counter.h"
 #include "db/dialect.h"
 #include "db/like_function.h"
 #include "db/sqlite_failure.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QUrl>
 #include <sqlite3.h>
 
@@ -71,7 +73,7 @@ DatabaseFile::DatabaseFile(QString native_path, QString shown_path)
         writer_ = connect();
     }
     check_schema();
-    data_version_ = data_version();
+    transactions_known_ = transactions_counted(writer());
 }
 
 DatabaseFile::~DatabaseFile()
@@ -126,13 +128,12 @@ RuntimeError DatabaseFile::opening_failure() const
     return error.number() == error_number::unrecognised_database ? no_database(shown_path_) : error;
 }
 
-std::int64_t DatabaseFile::data_version()
+// Exactly one more transaction is our own; with two, another program's came in between.
+void DatabaseFile::claim_transaction()
 {
-    PreparedStatement &statement = prepared("pragma data_version", shown_path_);
-    statement.step();
-    const std::int64_t version = statement.integer(0);
-    statement.reset();
-    return version;
+    const std::uint32_t counted = transactions_counted(writer());
+    if (counted == transactions_known_ + 1)
+        transactions_known_ = counted;
 }
 
 std::unique_ptr<SQLite::Database> DatabaseFile::open_reader() const
@@ -189,10 +190,10 @@ void DatabaseFile::learn_row_count(const TableInfo &table, std::int64_t count)
 
 void DatabaseFile::notice_other_writers()
 {
-    const std::int64_t version = data_version();
-    if (version == data_version_)
+    const std::uint32_t counted = transactions_counted(writer());
+    if (counted == transactions_known_)
         return;
-    data_version_ = version;
+    transactions_known_ = counted;
     known_.clear();
     tables_.clear();
 }
@@ -214,6 +215,9 @@ std::int64_t DatabaseFile::write(const TableInfo &table, Write kind, const std::
         throw;
     }
     const std::int64_t rows = sqlite3_changes64(writer());
+    // An update that changes nothing is no transaction, so that one more may be another program's.
+    if (rows > 0 && kind != Write::Update && !in_transaction_)
+        claim_transaction();
     learn(table, kind, rows);
     return rows;
 }
@@ -258,9 +262,15 @@ void DatabaseFile::in_transaction(const std::function<void()> &action)
 {
     require_writable();
     prepared("begin immediate", shown_path_).run();
+    in_transaction_ = true;
+    const auto ended = qScopeGuard([this] { in_transaction_ = false; });
     try {
+        const std::int64_t changes_before = sqlite3_total_changes64(writer());
         action();
+        const bool has_changes = sqlite3_total_changes64(writer()) != changes_before;
         prepared("commit", shown_path_).run();
+        if (has_changes)
+            claim_transaction();
     } catch (const RuntimeError &) {
         known_.clear();
         attempt([this] { prepared("rollback", shown_path_).run(); });

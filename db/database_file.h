@@ -89,7 +89,7 @@ private:
     bool start_write_ahead_log();
     void check_schema();
     RuntimeError opening_failure() const;
-    std::int64_t data_version();
+    void claim_transaction();
     void announce(const TableInfo &table, Write kind);
     void learn(const TableInfo &table, Write kind, std::int64_t rows);
 
@@ -101,5 +101,6 @@ private:
     std::map<QString, TableInfo> tables_; // by name in small letters
     std::map<QString, Known> known_;      // by the table's own name
     std::vector<FileReader *> readers_;
-    std::int64_t data_version_ = 0;
+    std::uint32_t transactions_known_ = 0; // what is known above is of the state after so many
+    bool in_transaction_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include "mail/recipient.h"
 #include "mail/text_shape.h"
+#include "platform/controls.h"
 #include "ui_send_dialog.h"
 
 #include <QApplication>
@@ -88,5 +89,5 @@ SendAnswer QtSendDialog::review(const OutgoingMessage &message, const QString &w
     QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
     const auto busy_again = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     SendWindow window(message, way_out, active != nullptr ? active : parent_.data());
-    return window.exec() == QDialog::Accepted ? SendAnswer::Send : SendAnswer::Cancel;
+    return exec_with_arrow(window) == QDialog::Accepted ? SendAnswer::Send : SendAnswer::Cancel;
 }

@@ -59,7 +59,17 @@ QString LongTextBox::text() const
 
 void LongTextBox::set_text(const QString &text)
 {
-    text_ = document_text(text);
+    show_anew(document_text(text));
+}
+
+void LongTextBox::share_text(const LongTextBox &other)
+{
+    show_anew(other.whole());
+}
+
+void LongTextBox::show_anew(const QString &text)
+{
+    text_ = text;
     anchor_ = position_ = 0;
     show_page(0);
     settle();

@@ -14,8 +14,8 @@ namespace
 {
 const QString title = QStringLiteral("Ostrix");
 
-// A box is as large as its text, and a text may name thousands of addresses: what a screen cannot
-// hold stands behind the box's "Show Details…".
+// A box is as large as its text, and a report or a group may name thousands of addresses: what a
+// screen cannot hold stands behind the box's "Show Details…".
 QString short_enough(const QString &text)
 {
     constexpr qsizetype most_lines = 20;

@@ -151,8 +151,9 @@ TextFileWriter::TextFileWriter(const QString &path)
 
 TextFileWriter::~TextFileWriter() = default;
 
-void TextFileWriter::write_utf8(const QByteArray &bytes)
+void TextFileWriter::write(const QString &text)
 {
+    const QByteArray bytes = text.toUtf8();
     if (file_->write(bytes) != bytes.size())
         fail_to_write(*file_, path_);
 }

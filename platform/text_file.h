@@ -64,8 +64,7 @@ public:
     ~TextFileWriter();
 
     /// @throws RuntimeError 61 when the disk is full.
-    void write(const QString &text) { write_utf8(text.toUtf8()); }
-    void write_utf8(const QByteArray &bytes);
+    void write(const QString &text);
 
     /// @throws RuntimeError as write_text_file(); the old content is there then.
     void commit();

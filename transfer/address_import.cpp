@@ -46,10 +46,10 @@ QString read_import_file(const QString &path)
 
 ImportItems read_items(const ImportDesk &desk, const QString &path)
 {
-    return import_items(read_import_file(path), [&desk](const QString &text) {
-        desk.window.set_text(text);
-        desk.window.show();
-    });
+    const ImportItems items = import_items(
+        read_import_file(path), [&desk](const QString &text) { desk.window.show_text(text); });
+    desk.window.show_items(items);
+    return items;
 }
 
 void store_items(const ImportDesk &desk, const ImportItems &items)
@@ -65,7 +65,7 @@ void store_items(const ImportDesk &desk, const ImportItems &items)
     for (qsizetype i = items.highest() - 1; i != -1; --i) {
         QString item;
         step([&] { item = items.at(i); });
-        desk.window.append_text(item + QStringLiteral("\r\n"));
+        desk.window.append_item(i);
         step([&] { desk.rows.record_set().add_new(); });
         step([&] {
             desk.rows.record_set().set_field(QStringLiteral("email"), item);

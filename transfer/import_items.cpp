@@ -130,10 +130,10 @@ ImportItems::ImportItems(const QString &text) : text_(text)
 {
     if (text.isEmpty())
         return;
-    ends_.reserve(static_cast<std::size_t>(text.count(comma)) + 1);
+    ends_.reserve(text.count(comma) + 1);
     for (qsizetype end = text.indexOf(comma); end >= 0; end = text.indexOf(comma, end + 1))
-        ends_.push_back(end);
-    ends_.push_back(text.size());
+        ends_.append(end);
+    ends_.append(text.size());
 }
 
 QString ImportItems::at(qsizetype number) const
@@ -143,9 +143,8 @@ QString ImportItems::at(qsizetype number) const
                            QStringLiteral("Subscript out of range: there is no item %1 among %2")
                                .arg(number)
                                .arg(highest() + 1));
-    const auto place = static_cast<std::size_t>(number);
-    const qsizetype start = place == 0 ? 0 : ends_[place - 1] + 1;
-    return text_.mid(start, ends_[place] - start);
+    const qsizetype start = number == 0 ? 0 : ends_[number - 1] + 1;
+    return text_.mid(start, ends_[number] - start);
 }
 
 ImportItems import_items(QString text, const WorkingTextSeen &seen)

@@ -1,18 +1,18 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <functional>
-#include <vector>
 
 /// The pieces of a text between its commas, numbered from 0. An empty text has none.
 class ImportItems
 {
 public:
-    explicit ImportItems(const QString &text);
+    explicit ImportItems(const QString &text = {});
 
     /// The highest number; -1 when there are no items.
-    qsizetype highest() const { return static_cast<qsizetype>(ends_.size()) - 1; }
+    qsizetype highest() const { return ends_.size() - 1; }
 
     /// @throws RuntimeError 9 for a number that no item has.
     QString at(qsizetype number) const;
@@ -21,7 +21,7 @@ public:
 
 private:
     QString text_;
-    std::vector<qsizetype> ends_; // the place behind each item
+    QList<qsizetype> ends_; // the place behind each item; copies share it
 };
 
 /// Sees the working text after each of the four changes to it.

@@ -10,6 +10,7 @@
 namespace
 {
 constexpr qsizetype most_shown = 20'000; // characters
+const QString line_end = QStringLiteral("\r\n");
 
 QString beginning(const QString &text)
 {
@@ -31,11 +32,19 @@ ImportWindow::~ImportWindow()
     unload();
 }
 
-void ImportWindow::show()
+void ImportWindow::show_text(const QString &text)
 {
     if (window_.isNull())
         make_window();
+    forget();
+    show_beginning(text);
     window_->show();
+}
+
+void ImportWindow::show_items(const ImportItems &items)
+{
+    show_text(items.text());
+    items_ = items;
 }
 
 void ImportWindow::make_window()
@@ -48,50 +57,55 @@ void ImportWindow::make_window()
     window_ = window;
     Text1 = ui.Text1;
     shown_part_ = ui.shown_part;
-    show_beginning();
 }
 
 void ImportWindow::unload()
 {
     delete window_.data();
-    text_.clear();
-    appended_.clear();
-    appended_characters_ = 0;
+    forget();
+}
+
+void ImportWindow::forget()
+{
+    items_ = ImportItems();
+    last_appended_ = none_appended;
+    characters_ = 0;
 }
 
 QString ImportWindow::text() const
 {
-    return text_ + QString::fromUtf8(appended_);
+    QString text = items_.text();
+    for_each_appended([&text](const QString &line) { text += line; });
+    return text;
 }
 
-void ImportWindow::set_text(const QString &text)
+void ImportWindow::for_each_appended(const std::function<void(const QString &line)> &visit) const
 {
-    text_ = text;
-    appended_.clear();
-    appended_characters_ = 0;
-    if (is_shown())
-        show_beginning();
+    for (qsizetype number = items_.highest() - 1; number >= last_appended_; --number)
+        visit(items_.at(number) + line_end);
 }
 
-void ImportWindow::append_text(const QString &text)
+void ImportWindow::append_item(qsizetype number)
 {
-    if (!is_shown())
+    // Another import's items may be shown by now.
+    if (!is_shown() || number > items_.highest())
         return;
-    const bool was_whole = text_.size() + appended_characters_ <= most_shown;
-    appended_ += text.toUtf8();
-    appended_characters_ += text.size();
-    const qsizetype characters = text_.size() + appended_characters_;
-    if (characters <= most_shown)
-        Text1->append_text(text);
-    else if (was_whole)
-        show_beginning();
+    last_appended_ = number;
+    if (characters_ > most_shown)
+        return;
+    const QString line = items_.at(number) + line_end;
+    characters_ += line.size();
+    if (characters_ <= most_shown)
+        Text1->append_text(line);
+    else
+        show_beginning(text());
 }
 
-void ImportWindow::show_beginning()
+void ImportWindow::show_beginning(const QString &text)
 {
-    const qsizetype characters = text_.size() + appended_characters_;
-    Text1->set_text(beginning(text_.size() < most_shown ? text() : text_));
-    shown_part_->setVisible(characters > most_shown);
+    characters_ = text.size();
+    Text1->set_text(beginning(text));
+    shown_part_->setVisible(characters_ > most_shown);
 }
 
 void ImportWindow::SaveAs_Click() const
@@ -100,7 +114,8 @@ void ImportWindow::SaveAs_Click() const
     if (path.isEmpty())
         return;
     TextFileWriter file(path);
-    file.write(text_);
-    file.write_utf8(appended_ + "\r\n");
+    file.write(items_.text());
+    for_each_appended([&file](const QString &line) { file.write(line); });
+    file.write(line_end);
     file.commit();
 }

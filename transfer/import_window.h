@@ -1,9 +1,13 @@
 #pragma once
 
-#include <QByteArray>
+#include "transfer/import_items.h"
+
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+
+#include <functional>
+#include <limits>
 
 class EventHandlers;
 class Prompts;
@@ -24,18 +28,23 @@ public:
     ImportWindow(const ImportWindow &) = delete;
     ImportWindow &operator=(const ImportWindow &) = delete;
 
-    /// The window opens over `parent`, which must be set before the first show().
+    /// The window opens over `parent`, which must be set before anything is shown.
     void set_parent(QWidget *parent) { parent_ = parent; }
 
-    void show();
+    /// Shows the window with a text that is still being changed. It is not kept: "Save As" gives
+    /// the text of the last show_items().
+    void show_text(const QString &text);
+    /// Shows the window with the items' text, which is shared, not copied.
+    void show_items(const ImportItems &items);
+    /// Adds the item of the ones shown with this number, and CR LF, at the text's end. Items are
+    /// added in the order in which an import stores them: from the last but one to the first.
+    void append_item(qsizetype number);
+
     void unload();
     bool is_shown() const { return !window_.isNull(); }
 
     /// The text of Text1, whole.
     QString text() const;
-    void set_text(const QString &text);
-    /// Adds at the end; takes time by the length of `text` alone.
-    void append_text(const QString &text);
 
     /// "Save As": writes the text, and CR LF behind it, to a file that is asked for.
     /// @throws RuntimeError as write_text_file().
@@ -43,7 +52,11 @@ public:
 
 private:
     void make_window();
-    void show_beginning();
+    void show_beginning(const QString &text);
+    void forget();
+    void for_each_appended(const std::function<void(const QString &line)> &visit) const;
+
+    static constexpr qsizetype none_appended = std::numeric_limits<qsizetype>::max();
 
     EventHandlers &handlers_;
     Prompts &prompts_;
@@ -51,7 +64,7 @@ private:
     QPointer<QWidget> window_;
     TextBox *Text1 = nullptr; // these two go with the window
     QLabel *shown_part_ = nullptr;
-    QString text_;
-    QByteArray appended_; // in UTF-8: half the memory
-    qsizetype appended_characters_ = 0;
+    ImportItems items_;
+    qsizetype last_appended_ = none_appended;
+    qsizetype characters_ = 0; // of the text with what is appended
 };

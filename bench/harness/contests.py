@@ -1,17 +1,22 @@
 """What is measured beside what: the contests, their contestants and the targets."""
 
+import hashlib
+import json
 import os
 import shutil
 import sqlite3
 import subprocess
-from dataclasses import dataclass
+import sys
+from contextlib import AbstractContextManager, nullcontext
+from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Callable
 
 from harness.jobs import OUTPUT, Failed, Job, product_database, product_home
+from harness.servers import DELAY_EACH_WAY, MailServers, copied, with_attachments
 
 PRODUCT = "ostrix"
-GET_EMAILS, READ_LOG = "Command2", "Command10"  # the buttons' names
+GET_EMAILS, READ_LOG, IMPORT = "Command2", "Command10", "Import"  # what is pressed
 
 
 @dataclass
@@ -24,6 +29,8 @@ class Contestant:
     # What the run left behind; every contestant of a contest must leave the same.
     outcome: Callable[[Path], object]
     slow: bool = False
+    # Bytes that came over the line for each byte of the rows that were made of them.
+    traffic: Callable[[Path], float] | None = None
 
     def is_there(self) -> bool:
         return shutil.which(self.program) is not None
@@ -46,6 +53,10 @@ class Contest:
     targets: list
     files: list  # read once before, so that every contestant finds them in memory
     warm_up: bool = False  # one more run each, first, that does not count
+    servers: AbstractContextManager = field(default_factory=nullcontext)  # run meanwhile
+    messages: int = 0
+    least_rate: float = 0  # of the product, in messages a second
+    most_traffic: float = 0  # of the product
 
 
 class Programs:
@@ -138,6 +149,68 @@ def notmuch(inbox: Path, count: int) -> Contestant:
     return Contestant("notmuch", "notmuch", prepare, outcome, slow=count >= 50_000)
 
 
+# Servers' inboxes --------------------------------------------------------------------------------
+
+def server_inbox(programs: Programs, protocol: str, count: int, slow_line: bool,
+                 least_rate: float, with_peer: bool) -> Contest:
+    maildir = programs.inputs / f"maildir-{programs.facts['messages'][0]}"
+    servers = MailServers(copied(maildir, count), slow_line)
+    line = f"{2 * DELAY_EACH_WAY} ms" if slow_line else "loopback"
+    contestants = [product_inbox(programs, protocol, servers)]
+    if with_peer:
+        contestants.append(plain_client(programs, protocol, servers))
+    return Contest(f"servers-{protocol}-{count}-{line}",
+                   f"{protocol.upper()}, {line}, {count:,} messages", contestants, PRODUCT, [], [],
+                   warm_up=not slow_line, servers=servers, messages=count, least_rate=least_rate)
+
+
+def attachments_inbox(programs: Programs) -> Contest:
+    count = min(500, programs.facts["messages"][0])
+    servers = MailServers(with_attachments(count), False)
+    return Contest("servers-attachments", f"IMAP, loopback, {count:,} messages with attachments",
+                   [product_inbox(programs, "imap", servers),
+                    plain_client(programs, "imap", servers)],
+                   PRODUCT, [], [], warm_up=True, servers=servers, messages=count, most_traffic=2)
+
+
+def product_inbox(programs: Programs, protocol: str, servers: MailServers) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        return Job([programs.bench("read_inbox"), protocol, servers.port(protocol),
+                    servers.authority, folder / "traffic.json"])
+
+    def traffic(folder: Path) -> float:
+        report = json.loads((folder / "traffic.json").read_text())
+        return report["received"] / report["rows"]
+
+    return Contestant(PRODUCT, programs.bench("read_inbox"), prepare, printed_number,
+                      traffic=traffic)
+
+
+def plain_client(programs: Programs, protocol: str, servers: MailServers) -> Contestant:
+    client = Path(__file__).parents[1] / "peers/plain_client.py"
+
+    def prepare(folder: Path) -> Job:
+        return Job([sys.executable, client, protocol, servers.port(protocol), servers.authority])
+
+    return Contestant("plain client", sys.executable, prepare, printed_number, slow=True)
+
+
+def printed_number(folder: Path) -> int:
+    return int((folder / OUTPUT).read_text())
+
+
+def server_inboxes(programs: Programs) -> list:
+    """The plain client takes 40 ms and more a message over the slow line: there it meets fewer."""
+    most = programs.facts["messages"][0] // 2
+    few = min(500, most)
+    contests = []
+    for protocol, slow_rate in (("imap", 3_500), ("pop3", 1_000)):
+        contests += [server_inbox(programs, protocol, most, False, 8_000, True),
+                     server_inbox(programs, protocol, most, True, slow_rate, False),
+                     server_inbox(programs, protocol, few, True, 0, True)]
+    return contests + [attachments_inbox(programs)]
+
+
 # Replay ------------------------------------------------------------------------------------------
 
 LEFT_OVER = ("select count(*), total(rowid) from system union all"
@@ -183,6 +256,51 @@ def shell_replay(programs: Programs) -> Contestant:
 
     return Contestant("sqlite3 shell", "sqlite3", prepare,
                       lambda folder: sql(folder / "r.mdb", LEFT_OVER), slow=True)
+
+
+# Import ------------------------------------------------------------------------------------------
+
+IMPORT_FILE = "import.txt"
+AT_REST = "import-at-rest"  # what the program takes that starts and ends
+
+
+def imports(programs: Programs) -> Contest:
+    file = programs.inputs / IMPORT_FILE
+    return Contest("import", f"import, {file.read_bytes().count(10) - 1:,} addresses",
+                   [product_import(programs, file), row_loop(programs, file)],
+                   "row loop", [Target("row loop", 1.5)], [file])
+
+
+def product_import(programs: Programs, file: Path) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        env = product_home(folder, programs.inputs / "empty.mdb")
+        env["BENCH_FILE"] = str(file)
+        return Job([programs.bench("press"), IMPORT], env)
+
+    return Contestant(PRODUCT, programs.bench("press"), prepare,
+                      lambda folder: stored_in_order(product_database(folder)))
+
+
+def row_loop(programs: Programs, file: Path) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        shutil.copyfile(programs.inputs / "empty.mdb", folder / "loop.mdb")
+        return Job([programs.bench("row_loop"), folder / "loop.mdb", file])
+
+    return Contestant("row loop", programs.bench("row_loop"), prepare,
+                      lambda folder: stored_in_order(folder / "loop.mdb"))
+
+
+def stored_in_order(database: Path) -> tuple:
+    rows = sql(database, "select email from master order by rowid")
+    return len(rows), hashlib.sha256(repr(rows).encode()).hexdigest()[:12]
+
+
+def at_rest(programs: Programs) -> Contest:
+    def prepare(folder: Path) -> Job:
+        return Job([programs.bench("press")], product_home(folder, programs.inputs / "empty.mdb"))
+
+    program = Contestant(PRODUCT, programs.bench("press"), prepare, lambda folder: "ended")
+    return Contest(AT_REST, "start and end, empty list", [program], PRODUCT, [], [])
 
 
 # Lists -------------------------------------------------------------------------------------------
@@ -254,7 +372,9 @@ def all_contests(programs: Programs, quick: bool) -> list:
     counts = programs.facts["messages"][:1] if quick else programs.facts["messages"]
     contests = [retrieval(programs, kind, count)
                 for count in counts for kind in ("maildir", "mbox")]
+    contests += server_inboxes(programs)
     contests.append(replay(programs))
+    contests += [imports(programs), at_rest(programs)]
     contests += [lists(programs, query) for query in QUERIES]
     contests.append(start_up(programs))
     return contests

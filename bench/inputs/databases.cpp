@@ -162,6 +162,14 @@ void write_statements(const std::filesystem::path &file, const ReplaySize &size)
     statements.close();
 }
 
+void write_address_file(const std::filesystem::path &file, std::size_t count)
+{
+    OutputFile list(file);
+    for (std::size_t line = 0; line <= count; ++line)
+        list << person(line).address << "\r\n";
+    list.close();
+}
+
 void write_list_database(const std::filesystem::path &file, std::size_t rows)
 {
     SQLite::Database database = create(file);

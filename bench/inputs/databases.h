@@ -25,6 +25,9 @@ void write_log(const std::filesystem::path &file, const ReplaySize &size);
 /// The same log as the statements that it stands for, three a line, in the sqlite3 shell's dialect.
 void write_statements(const std::filesystem::path &file, const ReplaySize &size);
 
+/// A text file with `count` addresses, one a line, and a last line more.
+void write_address_file(const std::filesystem::path &file, std::size_t count);
+
 /// A master list with `rows` rows of which one in eight repeats an address, half of these in
 /// another letter case.
 void write_list_database(const std::filesystem::path &file, std::size_t rows);

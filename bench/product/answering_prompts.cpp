@@ -4,6 +4,11 @@
 
 void AnsweringPrompts::notice(const QString &text, NoticeIcon)
 {
+    for (const char *greeting :
+         {"Importing large lists can take", "You will now be asked to choose"}) {
+        if (text.startsWith(QLatin1String(greeting)))
+            return;
+    }
     told_ = true;
     std::cerr << text.toStdString() << '\n';
 }
@@ -20,7 +25,7 @@ bool AnsweringPrompts::ok_cancel(const QString &question)
 
 QString AnsweringPrompts::open_file(const FileChoice &)
 {
-    return {};
+    return qEnvironmentVariable("BENCH_FILE");
 }
 
 QString AnsweringPrompts::save_file(const FileChoice &)

@@ -2,13 +2,13 @@
 
 #include "platform/prompts.h"
 
-/// A person who agrees to everything but the purges, which are measured by themselves. What they
-/// are told goes to standard error. After a run-time error the program ends with exit code 1, as it
-/// always does.
+/// A person who agrees to everything but the purges, which are measured by themselves, and opens
+/// the file that BENCH_FILE names. What they are told goes to standard error. After a run-time
+/// error the program ends with exit code 1, as it always does.
 class AnsweringPrompts : public Prompts
 {
 public:
-    /// Whether a notice was shown: no command that is measured shows one when all is well.
+    /// Whether a notice was shown that no command shows when all is well.
     bool was_told_something() const { return told_; }
 
     void notice(const QString &text, NoticeIcon icon) override;

@@ -1,6 +1,7 @@
 #include "bench/product/program.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QDateTime>
 
 #include <stdexcept>
@@ -22,12 +23,16 @@ Program::Program(int &argc, char **argv)
     QApplication::processEvents();
 }
 
-void Program::click(const char *name)
+void Program::press(const char *name)
 {
     auto *button = window_.findChild<QAbstractButton *>(QLatin1String(name));
-    if (button == nullptr || !button->isEnabled())
+    auto *entry = window_.findChild<QAction *>(QLatin1String(name));
+    if (button != nullptr && button->isEnabled())
+        button->click();
+    else if (entry != nullptr && entry->isEnabled())
+        entry->trigger();
+    else
         throw std::runtime_error(std::string("Cannot press ") + name);
-    button->click();
     QApplication::processEvents();
 }
 

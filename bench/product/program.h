@@ -16,9 +16,10 @@ public:
 
     MainWindow &window() { return window_; }
 
-    /// Presses the button with this name; returns when the command has ended and all is painted.
-    /// @throws std::runtime_error when there is no such button or it is disabled.
-    void click(const char *name);
+    /// Presses the button or the menu entry with this name; returns when the command has ended and
+    /// all is painted.
+    /// @throws std::runtime_error when there is none or it is disabled.
+    void press(const char *name);
 
     /// Closes the window as a person does. @return the process's exit code: 1 after any notice.
     int close();

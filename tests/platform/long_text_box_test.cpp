@@ -410,6 +410,18 @@ TEST_F(LongBox, IsPagedOnceTypingOrPastingHasMadeItLong)
     EXPECT_TRUE(box.text() == QString(1'200'000, 'y') + QString(120'000, 'x'));
 }
 
+TEST_F(LongBox, SharesATextWithAnotherBoxButNoChangesOfIt)
+{
+    LongTextBox other;
+    other.set_text(numbered_lines(50'000));
+    QTest::keyClicks(&other, "typed ");
+    box.share_text(other);
+    other.set_text("changed");
+    EXPECT_TRUE(box.text() == "typed " + numbered_lines(50'000));
+    QTest::keyClicks(&box, "and ");
+    EXPECT_TRUE(box.text() == "and typed " + numbered_lines(50'000));
+}
+
 TEST_F(LongBox, HoldsATextBeforeItIsShown)
 {
     LongTextBox hidden;

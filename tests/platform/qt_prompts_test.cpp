@@ -65,6 +65,20 @@ TEST(QtPrompts, SoDoesEveryOtherBox)
     EXPECT_TRUE(prompts.ok_cancel(lines));
 }
 
+TEST(QtPrompts, TheCurrentFolderIsWhereAFileWasLastChosen)
+{
+    const PrivateHome home;
+    BoxRobot robot;
+    QtPrompts prompts;
+    EXPECT_EQ(prompts.current_folder(), "c:\\Ostrix\\");
+    robot.expect_save_file({});
+    prompts.save_file({});
+    EXPECT_EQ(prompts.current_folder(), "c:\\Ostrix\\"); // cancelled
+    robot.expect_save_file(home.file("list.txt"));
+    prompts.save_file({});
+    EXPECT_EQ(prompts.current_folder(), home.file("list.txt").chopped(9));
+}
+
 TEST(QtPrompts, NoBoxOpensOverAWindowThatComesAndGoes)
 {
     BoxRobot robot;

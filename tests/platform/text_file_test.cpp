@@ -121,7 +121,7 @@ TEST(TextFileWriter, ShowsItsContentAtTheEndOnly)
     EXPECT_EQ(bytes_of(home.file("a")), "old");
     TextFileWriter file(home.file("a"));
     file.write(u"ä"_qs);
-    file.write_utf8("b\r\n");
+    file.write("b\r\n");
     EXPECT_EQ(bytes_of(home.file("a")), "old");
     file.commit();
     EXPECT_EQ(bytes_of(home.file("a")), "\xC3\xA4"

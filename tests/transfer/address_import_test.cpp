@@ -367,25 +367,36 @@ TEST_F(Importing, GoesOnAfterAnotherImportMeanwhile)
 
 TEST_F(Importing, TheBoxShowsAppendedItemsWhileThereIsRoom)
 {
-    window.set_text(QString("a").repeated(19'990));
-    window.show();
+    const QString text = "c,b,12345678," + QString("a").repeated(19'977); // 10 characters are left
+    window.show_items(ImportItems(text));
     const auto *box = import_window()->findChild<QPlainTextEdit *>("Text1");
     const auto *note = import_window()->findChild<QLabel *>("shown_part");
-    window.append_text("12345678\r\n");
+    window.append_item(2);
     EXPECT_TRUE(box->toPlainText().endsWith("a12345678\n"));
     EXPECT_FALSE(note->isVisibleTo(import_window()));
-    window.append_text("b\r\n");
+    window.append_item(1);
     EXPECT_TRUE(box->toPlainText().endsWith("a12345678\n"));
     EXPECT_TRUE(note->isVisibleTo(import_window()));
-    EXPECT_EQ(window.text(), QString("a").repeated(19'990) + "12345678\r\nb\r\n");
+    window.append_item(0);
+    EXPECT_EQ(window.text(), text + "12345678\r\nb\r\nc\r\n");
 }
 
 TEST_F(Importing, TheBoxDoesNotTearACharacterOfTwoUnits)
 {
-    window.set_text(QString("a").repeated(19'999) + QStringLiteral("\U0001F600") + "b");
-    window.show();
+    window.show_text(QString("a").repeated(19'999) + QStringLiteral("\U0001F600") + "b");
     EXPECT_EQ(import_window()->findChild<QPlainTextEdit *>("Text1")->toPlainText(),
               QString("a").repeated(19'999));
+}
+
+TEST_F(Importing, GoesOnAfterAnotherImportMeanwhileThatFailed)
+{
+    const QString other = home.file("other.csv");
+    write_file(other, "nobody");
+    when_window_shows([&] { import_file(other); });
+    import_text("a@x.org,b@x.org,end@x.org");
+    EXPECT_EQ(stored(), (QStringList{"b@x.org", "a@x.org"}));
+    EXPECT_EQ(journal.last(), failure);
+    EXPECT_EQ(open_windows(), neither);
 }
 
 TEST_F(Importing, OfALineOfFiftyMegabytesTakesNoTimeToShow)
