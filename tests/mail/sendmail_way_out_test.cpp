@@ -4,12 +4,13 @@
 #include "tests/mail/mail_texts.h"
 #include "tests/support/private_home.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <thread>
 
 namespace
 {
@@ -116,9 +117,15 @@ TEST_F(Sendmail, ThatHangsIsEndedWithAllItStarted)
     EXPECT_GT(turns, 2);
     const QString child = QString::fromLatin1(noted("child").trimmed());
     ASSERT_FALSE(child.isEmpty());
-    // Gone, or waiting to be buried by the system's first process.
-    QFile status(QString("/proc/%1/stat").arg(child));
-    EXPECT_TRUE(!status.open(QIODevice::ReadOnly) || status.readAll().contains(") Z "));
+    // Gone, or waiting to be buried by the system's first process; a kill takes its moment.
+    const auto is_gone = [&child] {
+        QFile status(QString("/proc/%1/stat").arg(child));
+        return !status.open(QIODevice::ReadOnly) || status.readAll().contains(") Z ");
+    };
+    const QDeadlineTimer end(5'000);
+    while (!is_gone() && !end.hasExpired())
+        std::this_thread::sleep_for(5ms);
+    EXPECT_TRUE(is_gone());
 }
 
 TEST_F(Sendmail, ThatIgnoresTheRequestToEndIsKilled)
