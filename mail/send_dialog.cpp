@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QLocale>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QStringListModel>
 
 namespace
@@ -84,6 +85,9 @@ SendAnswer QtSendDialog::review(const OutgoingMessage &message, const QString &w
     if (!attended_())
         return SendAnswer::Nobody;
     QWidget *active = QApplication::activeWindow();
+    // Whoever sends shows that it is busy; here the person is waited for.
+    QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+    const auto busy_again = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     SendWindow window(message, way_out, active != nullptr ? active : parent_.data());
     return exec_with_arrow(window) == QDialog::Accepted ? SendAnswer::Send : SendAnswer::Cancel;
 }

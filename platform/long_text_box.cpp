@@ -250,6 +250,13 @@ void LongTextBox::inputMethodEvent(QInputMethodEvent *event)
 
 void LongTextBox::mousePressEvent(QMouseEvent *event)
 {
+    const bool keeps_selection =
+        event->button() == Qt::RightButton || event->modifiers().testFlag(Qt::ShiftModifier);
+    // It cannot be dragged elsewhere: only the page's part of it would go there.
+    if (selection_leaves_page() && !keeps_selection) {
+        anchor_ = position_ = page_.start + cursorForPosition(event->pos()).position();
+        project_selection();
+    }
     selecting_ = true;
     TextBox::mousePressEvent(event);
 }

@@ -3,7 +3,7 @@
 // several shapes, made here; they lie in the home that HOME and the XDG folders name.
 #include "app/main_window.h"
 #include "app/settings_store.h"
-#include "mail/local_mail_store.h"
+#include "mail/user_mail.h"
 #include "platform/long_text_box.h"
 
 #include <QAbstractButton>
@@ -39,6 +39,7 @@ public:
     bool ok_cancel(const QString &) override { return true; }
     QString open_file(const FileChoice &) override { return file; }
     QString save_file(const FileChoice &) override { return file + QStringLiteral(".saved"); }
+    QString current_folder() const override { return {}; }
     QString input(const QString &) override { return {}; }
     void run_time_error(const QString &report) override
     {
@@ -203,8 +204,9 @@ try {
     QApplication::setApplicationName(QStringLiteral("Ostrix"));
     SettingsStore settings;
     ChoosingPrompts prompts;
-    LocalMailStore mail;
-    MainWindow window({settings, prompts, mail, &QDateTime::currentDateTime});
+    UserMail mail(settings_file(SettingsStore::application, QStringLiteral("profiles")));
+    MainWindow window(
+        {settings, prompts, mail.store(), &QDateTime::currentDateTime, mail.profile_desk()});
     window.open();
     prompts.file = qEnvironmentVariable("HOME") + QStringLiteral("/text");
     Measurement measurement(window, prompts);

@@ -330,6 +330,19 @@ TEST_F(LongBox, AClickEndsALongSelection)
     EXPECT_TRUE(box.text() == ">" + numbered_lines(50'000));
 }
 
+TEST_F(LongBox, ALongSelectionIsNotDraggedButReplacedByANewOne)
+{
+    box.set_text(numbered_lines(50'000));
+    press(Qt::Key_A, Qt::ControlModifier);
+    QTest::mousePress(box.viewport(), Qt::LeftButton, {}, {0, 8});
+    QTest::mouseMove(box.viewport(), {100, 8});
+    QTest::mouseMove(box.viewport(), {200, 8});
+    QTest::mouseRelease(box.viewport(), Qt::LeftButton, {}, {200, 8});
+    QApplication::processEvents();
+    QTest::keyClicks(&box, "x");
+    EXPECT_TRUE(box.text() == numbered_lines(50'000).replace(0, 6, "x"));
+}
+
 TEST_F(LongBox, HasTheWholeTextInItsMenuToo)
 {
     const QString text = numbered_lines(50'000);

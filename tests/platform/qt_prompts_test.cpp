@@ -67,6 +67,18 @@ TEST(QtPrompts, TheCurrentFolderIsWhereAFileWasLastChosen)
     EXPECT_EQ(prompts.current_folder(), home.file("list.txt").chopped(9));
 }
 
+TEST(QtPrompts, SoDoesEveryOtherBox)
+{
+    BoxRobot robot;
+    QtPrompts prompts;
+    const QString lines = QString("x\n").repeated(100);
+    robot.expect_ok_cancel(
+        QString("x\n").repeated(20).chopped(1) +
+            " …\n\nThis is only the beginning. Press \"Show Details...\" for all of it.",
+        true);
+    EXPECT_TRUE(prompts.ok_cancel(lines));
+}
+
 TEST(QtPrompts, NoBoxOpensOverAWindowThatComesAndGoes)
 {
     BoxRobot robot;
