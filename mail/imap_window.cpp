@@ -100,15 +100,16 @@ void ImapWindow::begin_batch()
 void ImapWindow::ask(Batch &batch, const Item *demanded)
 {
     std::map<QByteArray, std::vector<quint32>> requests;
-    qint64 bytes = 0;
+    qint64 bytes = demanded == nullptr ? held_by(batch) : 0;
     for (Item &item : batch.items) {
         const bool is_demanded = &item == demanded;
         if (item.want == Want::Nothing || (item.on_demand && !is_demanded) ||
             (demanded != nullptr && item.index < demanded->index))
             continue;
-        bytes += size_of_answer(item);
-        if (bytes > most_bytes && !requests.empty())
+        const qint64 size = size_of_answer(item);
+        if (bytes > 0 && bytes + size > most_bytes)
             break;
+        bytes += size;
         item.is_asked = true;
         item.has_answer = false;
         requests[request_for(item)].push_back(entry_of(item).uid);
@@ -121,6 +122,18 @@ void ImapWindow::ask(Batch &batch, const Item *demanded)
         pending_.insert(session_.send(command), &batch);
         ++batch.pending;
     }
+}
+
+// What has come and was not read yet.
+qint64 ImapWindow::held_by(const Batch &batch)
+{
+    qint64 bytes = 0;
+    for (const Item &item : batch.items) {
+        bytes += item.bytes.size();
+        for (const QByteArray &content : item.contents)
+            bytes += content.size();
+    }
+    return bytes;
 }
 
 QByteArray ImapWindow::request_for(const Item &item)

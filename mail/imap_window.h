@@ -66,6 +66,7 @@ private:
     void drop_first_batch();
     void begin_batch();
     void ask(Batch &batch, const Item *demanded = nullptr);
+    static qint64 held_by(const Batch &batch);
     void advance();
     void take(ImapFetch fetch);
     static void take(Item &item, ImapFetch fetch);

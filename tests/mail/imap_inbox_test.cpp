@@ -471,4 +471,32 @@ TEST_F(StubImap, KeepsFewBatchesOnTheWay)
     expected += "[clear] o13 LOGOUT";
     EXPECT_EQ(stub.heard().mid(4), expected);
 }
+TEST_F(StubImap, HoldsFewLongTextsAtATime)
+{
+    const QByteArray text(3'000'000, 'x');
+    const auto body = [&text](const char *uid) {
+        return QByteArray("* 1 FETCH (UID ") + uid + " BODY[1] {3000000}\r\n" + text +
+               ")\r\nTAG OK x\r\n";
+    };
+    const QByteArray structure =
+        " BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 3000000 1) "
+        "BODY[HEADER.FIELDS (X)]<0> {14}\r\nSubject: big\r\n)\r\n";
+    QByteArrayList answers = good.first(3);
+    answers += listed(3'000'100);
+    answers += "* 1 FETCH (UID 5" + structure + "* 1 FETCH (UID 6" + structure +
+               "* 1 FETCH (UID 9" + structure + "TAG OK x\r\n";
+    answers += {body("5"), body("6"), "TAG OK bye\r\n"};
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    {
+        ImapInbox reader = inbox(stub);
+        reader.fetch();
+        EXPECT_EQ(reader.read(0).subject, "big");
+        EXPECT_EQ(reader.read(1).subject, "big");
+    }
+    while (stub.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_EQ(stub.heard().mid(5), (QList<QByteArray>{"[clear] o6 UID FETCH 5 (UID BODY.PEEK[1])",
+                                                      "[clear] o7 UID FETCH 6 (UID BODY.PEEK[1])",
+                                                      "[clear] o8 LOGOUT"}));
+}
 } // namespace

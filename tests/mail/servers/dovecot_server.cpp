@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <sys/prctl.h>
 #include <thread>
 #include <unistd.h>
 
@@ -60,7 +61,10 @@ void DovecotServer::start()
                              certificate_};
     for (const quint16 port : {imap_, imaps_, pop3_, pop3s_})
         arguments += QString::number(port);
-    process_.setChildProcessModifier([] { setsid(); });
+    process_.setChildProcessModifier([] {
+        setsid();
+        prctl(PR_SET_PDEATHSIG, SIGTERM); // a test that is killed leaves no server behind
+    });
     process_.setProcessChannelMode(QProcess::MergedChannels);
     process_.start(QStringLiteral(OSTRIX_MAIL_SERVERS "/dovecot.sh"), arguments);
     wait_for(imap_);
