@@ -25,7 +25,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QStatusBar>
 #include <QTableView>
 
@@ -108,6 +107,7 @@ void MainWindow::wire_tabs()
     tabs.properties.wire(handlers_, log_writer_, purge_cycles_, replay_);
     tabs.schedule.wire(handlers_, {services_.clock, services_.prompts,
                                    [this](SkippedSteps &skipped) { run_unattended(skipped); },
+                                   [this] { return services_.mail.is_busy(); },
                                    [this](const QString &state) { progress_.show_schedule(state); },
                                    [this](const QString &note) { progress_.note(note); }});
     tabs.about.wire(handlers_, try_out_);
@@ -155,9 +155,15 @@ ScheduleTab &MainWindow::schedule()
 // Nobody is there to read a report: what ends the run is told with what it passed over.
 void MainWindow::run_unattended(SkippedSteps &skipped)
 {
-    attended_ = false;
-    const auto attended_again = qScopeGuard([this] { attended_ = true; });
-    skipped.attempt([&] { retrieval_.runSchedule_Click(skipped); });
+    try {
+        handlers_.run_unattended([&] { retrieval_.runSchedule_Click(skipped); });
+        return;
+    } catch (const RuntimeError &error) {
+        skipped.add(error.description());
+    } catch (const std::exception &error) {
+        skipped.add(QString::fromUtf8(error.what()));
+    }
+    show_tab(tab_number::first);
 }
 
 void MainWindow::purgeSystemLog(const QString &period, const QDateTime &reference)

@@ -53,7 +53,7 @@ public:
     void show_tab(int number) { strip_.show_tab(number); }
 
     /// Whether the run that reads mail was started by a person, who can answer a dialog.
-    bool is_attended() const { return attended_; }
+    bool is_attended() const { return handlers_.is_attended(); }
 
     /// Empties the work table when exactly `period` hour boundaries (a number's text; empty: never)
     /// lie between `reference` and now, and says so in the deletion log. No control leads here.
@@ -117,7 +117,6 @@ private:
     TypedHeadingPurge typed_heading_;
     ParserTryOut try_out_;
     RetrievalRun retrieval_;
-    bool attended_ = true;
     TableName table_name_;
     WarningSwitch warning_switch_;
     TransferCommands transfer_;

@@ -59,6 +59,7 @@ void StatusProgress::tell(const QString &what, qint64 done, qint64 total)
     if (!is_due(text_painted_, text_interval))
         return;
     text_->setText(progress_text(what, done, total));
+    text_->setToolTip({});
     text_->repaint();
     if (is_due(grids_painted_, grids_interval))
         repaint_grids_();

@@ -26,6 +26,11 @@ class Measurement:
         self.results = {}
 
     def hold(self, contest):
+        with contest.servers as servers:
+            self._machine.groups = servers.groups if servers else []
+            self._hold(contest)
+
+    def _hold(self, contest):
         for path in contest.files:
             read_all(path)
         for contestant in contest.contestants:
@@ -34,7 +39,7 @@ class Measurement:
         if contest.warm_up:
             self._round(contest, 0)
             for contestant in contest.contestants:
-                self.results[contest.name, contestant.name].costs.clear()
+                self.results[contest.name, contestant.name].forget_runs()
         for turn in range(self._runs):
             self._round(contest, turn)
         self._compare_outcomes(contest)
@@ -62,6 +67,8 @@ class Measurement:
             if result.outcome is not None and outcome != result.outcome:
                 raise Failed(f"left {outcome}, then {result.outcome}")
             result.outcome = outcome
+            if contestant.traffic:
+                result.traffic.append(contestant.traffic(self._scratch))
             if not cost.noisy or left == 0:
                 return cost
         raise AssertionError("at least one try is made")

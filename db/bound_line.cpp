@@ -16,14 +16,18 @@ BoundLine::BoundLine(QLineEdit &line, DataConnection &connection, QString field)
 
 QString BoundLine::text() const
 {
-    QString text;
-    if (connection_.has_record_set())
-        attempt([&] {
-            RecordSet &set = connection_.record_set();
-            if (!set.eof())
-                text = set.field(field_);
-        });
-    return text;
+    if (!connection_.has_record_set())
+        return {};
+    RecordSet &set = connection_.record_set();
+    return set.eof() ? QString() : set.field(field_);
+}
+
+// A file that fails now fails again in the command that reads it, which can say so.
+QString BoundLine::shown() const
+{
+    QString shown;
+    attempt([&] { shown = text(); });
+    return shown;
 }
 
 // A walk moves often and gives the event loop no turn: what it passes on its way is not painted.
@@ -37,7 +41,7 @@ void BoundLine::follow_later()
         [this] {
             follows_later_ = false;
             if (!line_.isNull())
-                line_->setText(text());
+                line_->setText(shown());
         },
         Qt::QueuedConnection);
 }

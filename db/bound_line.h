@@ -18,10 +18,12 @@ public:
     /// `connection` must outlive this; the line may go before it.
     BoundLine(QLineEdit &line, DataConnection &connection, QString field);
 
-    /// What the line shows once it has followed.
+    /// The field of the current record, empty without one.
+    /// @throws RuntimeError as RecordSet::field().
     QString text() const;
 
 private:
+    QString shown() const;
     void follow_later();
 
     QPointer<QLineEdit> line_;

@@ -53,7 +53,7 @@ void MasterListCommands::delete_selected_row() const
     desk_.prompts.notice(QStringLiteral("To delete a record, click on the record you wish to "
                                         "delete and then press this button"),
                          NoticeIcon::Information);
-    // The work table is asked, not the master list, as it always was.
+    // The work table is asked, not the master list.
     if (desk_.Data1.record_set().record_count() == 0) {
         desk_.prompts.notice(QStringLiteral("The database has no records to delete"));
         return;

@@ -43,14 +43,16 @@ void MasterTab::wire(EventHandlers &handlers, const ListDesk &desk, MasterSearch
     wire_row_selection(handlers);
 }
 
-// Only a row that a person selects fills the boxes, not one that a command makes the current one.
+// A click, or the keyboard: a row that a command makes the current one fills no boxes, nor does the
+// one that the Tab key makes current.
 void MasterTab::wire_row_selection(EventHandlers &handlers)
 {
-    handlers.on(ui_->MSFlexGrid5->selectionModel(), &QItemSelectionModel::currentRowChanged,
-                [this] {
-                    if (ui_->MSFlexGrid5->hasFocus())
-                        commands_->MSFlexGrid5_SelChange();
-                });
+    QTableView *grid = ui_->MSFlexGrid5;
+    handlers.on(grid, &QTableView::clicked, [this] { commands_->MSFlexGrid5_SelChange(); });
+    handlers.on(grid->selectionModel(), &QItemSelectionModel::selectionChanged, [this, grid] {
+        if (grid->hasFocus())
+            commands_->MSFlexGrid5_SelChange();
+    });
 }
 
 void MasterTab::cmdLargeScreen_Click()

@@ -6,9 +6,9 @@
 
 namespace
 {
-constexpr std::size_t most_batches = 4;
+constexpr std::size_t most_batches = 8;
 constexpr std::size_t most_in_batch = 250;
-constexpr qint64 most_bytes = qint64(16) * 1024 * 1024;
+constexpr qint64 most_bytes = qint64(4) * 1024 * 1024;
 // Up to this size asking for the structure costs more than what it saves.
 constexpr qint64 largest_whole = 4'096;
 constexpr qint64 whole_limit = 32'768; // for a server that tells a wrong size

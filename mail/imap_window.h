@@ -20,8 +20,8 @@ struct ImapEntry
 
 /// Reads messages ahead of who reads them, a batch at a time, so that the line is never idle: a
 /// small message is fetched whole, of a larger one first its structure and a few header fields,
-/// then the parts that a row needs. Holds few batches, each of 250 messages and 16 MB at most; a
-/// single larger text stands alone.
+/// then the parts that a row needs. Holds at most eight batches of 250 messages and 4 MiB; a single
+/// larger text stands alone.
 class ImapWindow
 {
 public:

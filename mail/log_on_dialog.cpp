@@ -2,6 +2,7 @@
 
 #include "mail/log_on_window.h"
 #include "mail/password_window.h"
+#include "platform/controls.h"
 
 #include <QApplication>
 
@@ -16,7 +17,8 @@ std::optional<AccountAnswer> QtLogOnDialog::choose_account(const AccountQuestion
     if (!attended_())
         return std::nullopt;
     LogOnWindow window(question, edit_profiles_, window_parent());
-    return window.exec() == QDialog::Accepted ? std::optional(window.answer()) : std::nullopt;
+    return exec_with_arrow(window) == QDialog::Accepted ? std::optional(window.answer())
+                                                        : std::nullopt;
 }
 
 std::optional<PasswordAnswer> QtLogOnDialog::ask_password(const PasswordQuestion &question)
@@ -24,5 +26,6 @@ std::optional<PasswordAnswer> QtLogOnDialog::ask_password(const PasswordQuestion
     if (!attended_())
         return std::nullopt;
     PasswordWindow window(question, window_parent());
-    return window.exec() == QDialog::Accepted ? std::optional(window.answer()) : std::nullopt;
+    return exec_with_arrow(window) == QDialog::Accepted ? std::optional(window.answer())
+                                                        : std::nullopt;
 }

@@ -114,8 +114,10 @@ MailProfile MailAccounts::ask_for_account(const QString &name, MailUse use, cons
 
 QStringList MailAccounts::sound_profiles() const
 {
+    StoredProfiles all;
+    attempt([&] { all = profiles_.load(); });
     QStringList names;
-    for (const StoredProfile &stored : profiles_.load().profiles) {
+    for (const StoredProfile &stored : all.profiles) {
         if (stored.is_sound())
             names += stored.profile.name;
     }

@@ -38,7 +38,8 @@ public:
     ProfileFile &profiles() { return profiles_; }
     SessionPasswords &passwords() { return passwords_; }
 
-    /// The names of the profiles that can be signed on with, for a choice.
+    /// The names of the profiles that can be signed on with, for a choice; none when their file
+    /// cannot be read.
     QStringList sound_profiles() const;
 
 private:

@@ -3,8 +3,7 @@
 #include <QString>
 
 /// Where a profile's messages are read.
-enum class InboxKind
-{
+enum class InboxKind {
     Local, // the user's local inbox, found by local_inbox()
     Maildir,
     Mbox,
@@ -13,23 +12,17 @@ enum class InboxKind
 };
 
 /// How a profile's messages go out.
-enum class OutgoingKind
-{
-    Sendmail,
-    Smtp
-};
+enum class OutgoingKind { Sendmail, Smtp };
 
 /// What protects the line to a server.
-enum class LineSecurity
-{
+enum class LineSecurity {
     Tls,      // from the first byte on
     StartTls, // asked for on a plain line, and required
     Plain     // nothing; a password then goes to this machine's own servers alone
 };
 
 /// What a server is signed on to with.
-enum class SignInKind
-{
+enum class SignInKind {
     None, // the server asks for nothing
     Password,
     Token // an OAuth 2 access token that a command of the user's prints
@@ -52,10 +45,10 @@ struct MailProfile
 {
     QString name; // empty: the profile of a user who made none
     InboxKind inbox = InboxKind::Local;
-    QString inbox_path; // Maildir, Mbox: the folder or file, native or in drive notation
+    QString inbox_path;      // Maildir, Mbox: the folder or file, native or in drive notation
     MailServer inbox_server; // Imap, Pop3
     OutgoingKind outgoing = OutgoingKind::Sendmail;
-    QString sendmail_program; // empty: looked up on this machine
+    QString sendmail_program;   // empty: looked up on this machine
     MailServer outgoing_server; // Smtp
     QString sender_name;
     QString sender_address; // empty: the user's own local address

@@ -193,12 +193,12 @@ void MailProfilesDialog::delete_profile_Click()
         return;
     try {
         desk_.accounts.profiles().remove(*chosen_);
+        desk_.accounts.passwords().remove_all(chosen_->name);
+        load();
     } catch (const RuntimeError &error) {
         say(error.description());
         return;
     }
-    desk_.accounts.passwords().remove_all(chosen_->name);
-    load();
     start_new();
     say(QStringLiteral("Deleted."));
 }
@@ -282,14 +282,15 @@ bool MailProfilesDialog::save()
 {
     const MailProfile profile = ui_->form->profile();
     const QString old_name = chosen_ ? chosen_->name : profile.name;
+    QString note;
     try {
         desk_.accounts.profiles().save(profile, chosen_);
+        note = keep_passwords(old_name, profile);
+        load();
     } catch (const RuntimeError &error) {
         say(error.description());
         return false;
     }
-    const QString note = keep_passwords(old_name, profile);
-    load();
     for (int row = 0; row < static_cast<int>(all_.profiles.size()); ++row) {
         if (all_.profiles[static_cast<std::size_t>(row)].profile == profile)
             select(row);

@@ -73,4 +73,8 @@ public:
 
     virtual MailSession &session() = 0;
     virtual MessageSet &messages() = 0;
+
+    /// Whether an operation is going on that waits, for a server or for a person, while the windows
+    /// paint. No other operation may begin then.
+    virtual bool is_busy() const { return false; }
 };

@@ -82,13 +82,13 @@ void ProfileMailStore::Session::SignOn()
 {
     handle_ = 0;
     store_.close();
-    store_.open(download_mail_ ? MailUse::Reading : MailUse::Sending);
+    store_.run([this] { store_.open(download_mail_ ? MailUse::Reading : MailUse::Sending); });
     handle_ = ++last_handle_;
 }
 
 void ProfileMailStore::Session::SignOff()
 {
-    store_.close();
+    store_.run([this] { store_.close(); });
     handle_ = 0;
     download_mail_ = true;
 }
@@ -106,16 +106,16 @@ void ProfileMailStore::Messages::Fetch()
     const Inbox &inbox = bound_inbox();
     current_.reset();
     count_ = 0;
-    store_.fetch_inbox();
+    store_.run([this] { store_.fetch_inbox(); });
     count_ = inbox.count();
 }
 
 void ProfileMailStore::Messages::set_MsgIndex(int index)
 {
     constexpr int compose_buffer = -1;
-    current_.reset();
     draft_.reset();
     if (index == compose_buffer) {
+        current_.reset();
         draft_.emplace();
         return;
     }
@@ -124,7 +124,7 @@ void ProfileMailStore::Messages::set_MsgIndex(int index)
                            QStringLiteral("There is no message number %1: %2 were fetched.")
                                .arg(index)
                                .arg(count_));
-    current_ = bound_inbox().read(index);
+    store_.run([this, index] { current_ = bound_inbox().read(index); });
 }
 
 void ProfileMailStore::Messages::require_binding() const
@@ -202,6 +202,9 @@ void ProfileMailStore::Messages::Send(bool show_dialog)
     draft_.reset(); // whatever comes of it: nothing goes out twice
     NoSendDialog nobody;
     SendDialog *asked = store_.send_dialog_ != nullptr ? store_.send_dialog_ : &nobody;
-    store_.need_password(MailUse::Sending);
-    send_message(message, store_.sending_account(), store_.sending_, show_dialog ? asked : nullptr);
+    store_.run([&] {
+        store_.need_password(MailUse::Sending);
+        send_message(message, store_.sending_account(), store_.sending_,
+                     show_dialog ? asked : nullptr);
+    });
 }

@@ -6,6 +6,7 @@
 #include "mail/profile_inbox.h"
 #include "mail/send_message.h"
 
+#include <QScopeGuard>
 #include <QString>
 
 #include <map>
@@ -38,6 +39,7 @@ public:
 
     MailSession &session() override { return session_; }
     MessageSet &messages() override { return messages_; }
+    bool is_busy() const override { return operations_ > 0; }
 
 private:
     class Session : public MailSession
@@ -115,6 +117,15 @@ private:
         std::optional<ComposeBuffer> draft_; // the compose buffer, when it is the current message
     };
 
+    /// Runs an operation that may wait.
+    template <typename Operation>
+    void run(Operation &&operation)
+    {
+        ++operations_;
+        const auto done = qScopeGuard([this] { --operations_; });
+        operation();
+    }
+
     void open(MailUse use);
     void close();
     const MailProfile &profile_for(MailUse use);
@@ -132,4 +143,5 @@ private:
     // While a session is open: the profile found for each use, and the inbox once it is looked for.
     std::map<MailUse, MailProfile> profiles_;
     std::unique_ptr<Inbox> inbox_;
+    int operations_ = 0; // that are going on
 };

@@ -127,7 +127,7 @@ void ReviewWindow::delete_by_heading()
         Data1.refresh();
     });
     attempt([this] {
-        // Read again, and not trimmed, as it always was; an empty heading is none, too.
+        // Read again, and not trimmed; an empty heading is none, too.
         const QString heading = desk_.settings.read(heading_key, no_heading);
         ui_->Text1->setText(heading.isEmpty() ? no_heading : heading);
     });

@@ -2,12 +2,14 @@
 
 #include "mail/recipient.h"
 #include "mail/text_shape.h"
+#include "platform/controls.h"
 #include "ui_send_dialog.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QLocale>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QStringListModel>
 
 namespace
@@ -83,6 +85,9 @@ SendAnswer QtSendDialog::review(const OutgoingMessage &message, const QString &w
     if (!attended_())
         return SendAnswer::Nobody;
     QWidget *active = QApplication::activeWindow();
+    // Whoever sends shows that it is busy; here the person is waited for.
+    QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+    const auto busy_again = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     SendWindow window(message, way_out, active != nullptr ? active : parent_.data());
-    return window.exec() == QDialog::Accepted ? SendAnswer::Send : SendAnswer::Cancel;
+    return exec_with_arrow(window) == QDialog::Accepted ? SendAnswer::Send : SendAnswer::Cancel;
 }

@@ -25,7 +25,7 @@ test_packages=(libgtest-dev libgmock-dev openssl poppler-utils python3-aiosmtpd)
 server_packages=(dovecot-imapd dovecot-pop3d)
 
 # What the benchmarks measure with and beside.
-bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 libbenchmark-dev libxcb1-dev)
+bench_packages=(sqlite3 maildir-utils notmuch xvfb python3 openssl libbenchmark-dev libxcb1-dev)
 
 ci_packages=(git clang-format shellcheck)
 # What packaging/lint adds.

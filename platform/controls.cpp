@@ -1,7 +1,10 @@
 #include "platform/controls.h"
 
+#include <QDialog>
+#include <QGuiApplication>
 #include <QPalette>
 #include <QPushButton>
+#include <QScopeGuard>
 
 void disable(std::initializer_list<QWidget *> controls)
 {
@@ -24,4 +27,23 @@ void make_primary(QPushButton &button)
     font.setBold(true);
     button.setFont(font);
     button.setMinimumWidth(button.sizeHint().width() + 24);
+}
+
+ButtonPause::ButtonPause(QPushButton &button) : button_(button), had_focus_(button.hasFocus())
+{
+    button_.setEnabled(false);
+}
+
+ButtonPause::~ButtonPause()
+{
+    button_.setEnabled(true);
+    if (had_focus_)
+        button_.setFocus();
+}
+
+int exec_with_arrow(QDialog &dialog)
+{
+    QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+    const auto done = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    return dialog.exec();
 }

@@ -6,15 +6,12 @@
 #include <QFileInfo>
 #include <QStringList>
 
-namespace
-{
 bool has_drive_letter(const QString &path)
 {
     return path.size() >= 3 && path[0].isLetter() && path[0].unicode() < 0x80 &&
            path[1] == QLatin1Char(':') &&
            (path[2] == QLatin1Char('\\') || path[2] == QLatin1Char('/'));
 }
-} // namespace
 
 QString existing_name(const QString &folder, const QString &component)
 {

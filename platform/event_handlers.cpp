@@ -1,6 +1,7 @@
 #include "platform/event_handlers.h"
 
 #include <QScopeGuard>
+#include <QScopedValueRollback>
 
 #include <cstdio>
 #include <cstdlib>
@@ -27,6 +28,7 @@ void EventHandlers::run(const Handler &handler)
 {
     if (ending_)
         return;
+    const QScopedValueRollback<bool> started_by_a_person(attended_, true);
     ++running_;
     const auto done = qScopeGuard([this] { --running_; });
     try {
@@ -48,6 +50,12 @@ QList<const QObject *> EventHandlers::bound() const
             there.append(sender.data());
     }
     return there;
+}
+
+void EventHandlers::run_unattended(const Handler &handler)
+{
+    const QScopedValueRollback<bool> nobody(attended_, false);
+    handler();
 }
 
 void EventHandlers::end_program(const RuntimeError &error)

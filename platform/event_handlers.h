@@ -41,6 +41,13 @@ public:
     /// Whether a handler runs at this moment, in this or in an outer turn of the event loop.
     bool is_running() const { return running_ > 0; }
 
+    /// Runs `handler` as work that no person has started. What a person starts meanwhile is
+    /// attended.
+    void run_unattended(const Handler &handler);
+
+    /// Whether a person started what runs at this moment, and can answer a dialog.
+    bool is_attended() const { return attended_; }
+
     /// What handlers are bound to, once for each handler, as far as it is still there.
     QList<const QObject *> bound() const;
 
@@ -52,4 +59,5 @@ private:
     QList<QPointer<const QObject>> bound_; // windows come and go
     int running_ = 0;
     bool ending_ = false;
+    bool attended_ = true;
 };

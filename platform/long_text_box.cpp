@@ -59,7 +59,17 @@ QString LongTextBox::text() const
 
 void LongTextBox::set_text(const QString &text)
 {
-    text_ = document_text(text);
+    show_anew(document_text(text));
+}
+
+void LongTextBox::share_text(const LongTextBox &other)
+{
+    show_anew(other.whole());
+}
+
+void LongTextBox::show_anew(const QString &text)
+{
+    text_ = text;
     anchor_ = position_ = 0;
     show_page(0);
     settle();
@@ -240,6 +250,13 @@ void LongTextBox::inputMethodEvent(QInputMethodEvent *event)
 
 void LongTextBox::mousePressEvent(QMouseEvent *event)
 {
+    const bool keeps_selection =
+        event->button() == Qt::RightButton || event->modifiers().testFlag(Qt::ShiftModifier);
+    // It cannot be dragged elsewhere: only the page's part of it would go there.
+    if (selection_leaves_page() && !keeps_selection) {
+        anchor_ = position_ = page_.start + cursorForPosition(event->pos()).position();
+        project_selection();
+    }
     selecting_ = true;
     TextBox::mousePressEvent(event);
 }

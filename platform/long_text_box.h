@@ -25,6 +25,9 @@ public:
     void set_text(const QString &text) override;
     void append_text(const QString &text) override;
 
+    /// Takes another box's text without a copy of it.
+    void share_text(const LongTextBox &other);
+
     /// Whether the document holds only a page of the text.
     bool is_paged() const;
 
@@ -44,6 +47,7 @@ private:
     qsizetype length() const;
     qsizetype page_end() const;
     QString whole() const;
+    void show_anew(const QString &text);
     void store_page();
     void show_page(qsizetype around);
 

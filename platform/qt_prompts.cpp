@@ -13,22 +13,9 @@
 namespace
 {
 const QString title = QStringLiteral("Ostrix");
-constexpr qsizetype longest_text = 2000; // what still fits a small screen
 
-QMessageBox::StandardButton show_box(QWidget *parent, QMessageBox::Icon icon, const QString &text,
-                                     QMessageBox::StandardButtons buttons)
-{
-    const bool is_too_long = text.size() > longest_text;
-    QMessageBox box(icon, title, is_too_long ? text.left(longest_text) + QStringLiteral("…") : text,
-                    buttons, parent);
-    box.setTextFormat(Qt::PlainText);
-    if (is_too_long)
-        box.setDetailedText(text);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
-}
-
-// A box is as large as its text, and a report may name thousands of addresses: what a screen cannot
-// hold stands behind the box's "Show Details…".
+// A box is as large as its text, and a report or a group may name thousands of addresses: what a
+// screen cannot hold stands behind the box's "Show Details…".
 QString short_enough(const QString &text)
 {
     constexpr qsizetype most_lines = 20;
@@ -39,6 +26,17 @@ QString short_enough(const QString &text)
     return lines.first(std::min(lines.size(), most_lines)).join(u'\n').left(most_characters) +
            QStringLiteral(
                " …\n\nThis is only the beginning. Press \"Show Details...\" for all of it.");
+}
+
+QMessageBox::StandardButton show_box(QWidget *parent, QMessageBox::Icon icon, const QString &text,
+                                     QMessageBox::StandardButtons buttons)
+{
+    const QString shown = short_enough(text);
+    QMessageBox box(icon, title, shown, buttons, parent);
+    box.setTextFormat(Qt::PlainText);
+    if (shown != text)
+        box.setDetailedText(text);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
 QMessageBox::Icon box_icon(NoticeIcon icon)
@@ -135,10 +133,5 @@ QString QtPrompts::input(const QString &question)
 
 void QtPrompts::run_time_error(const QString &report)
 {
-    const QString shown = short_enough(report);
-    QMessageBox box(QMessageBox::Critical, title, shown, QMessageBox::Ok, box_parent());
-    box.setTextFormat(Qt::PlainText);
-    if (shown != report)
-        box.setDetailedText(report);
-    box.exec();
+    show_box(box_parent(), QMessageBox::Critical, report, QMessageBox::Ok);
 }

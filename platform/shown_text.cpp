@@ -7,8 +7,8 @@ bool disturbs_line(QChar c)
 {
     const char16_t code = c.unicode();
     return c.category() == QChar::Other_Control || code == 0x2028 || code == 0x2029 ||
-           code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
-           (code >= 0x2066 && code <= 0x2069);
+           code == 0x061C || code == 0x200E || code == 0x200F ||
+           (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
 QString blanked(QString text, bool keep_lines)

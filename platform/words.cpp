@@ -17,19 +17,20 @@ QString with_cr_lf(const QString &text)
 {
     const auto is_break = [](QChar c) { return c == QLatin1Char('\r') || c == QLatin1Char('\n'); };
     const auto breaks = std::count_if(text.begin(), text.end(), is_break);
-    QString result;
-    result.reserve(text.size() + breaks);
-    const auto *rest = text.begin();
-    while (rest != text.end()) {
-        const auto *line_end = std::find_if(rest, text.end(), is_break);
-        result.append(QStringView(rest, line_end));
-        if (line_end == text.end())
-            break;
-        result.append(QLatin1String("\r\n"));
-        rest = line_end + 1;
-        if (*line_end == QLatin1Char('\r') && rest != text.end() && *rest == QLatin1Char('\n'))
-            ++rest;
+    QString result(text.size() + breaks,
+                   Qt::Uninitialized); // more than it takes where CR LF stands
+    QChar *end = result.begin();
+    QChar before;
+    for (const QChar c : text) {
+        const bool second_half = c == QLatin1Char('\n') && before == QLatin1Char('\r');
+        before = c;
+        if (second_half)
+            continue;
+        *end++ = is_break(c) ? QChar(QLatin1Char('\r')) : c;
+        if (is_break(c))
+            *end++ = QLatin1Char('\n');
     }
+    result.truncate(end - result.constData());
     return result;
 }
 

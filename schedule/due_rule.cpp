@@ -65,5 +65,6 @@ std::optional<QDateTime> next_due(const RunPlan &plan, const QDateTime &start, c
     if (shown_now >= end || !plan.weekdays.contains(weekday_number(begin.date())))
         return {};
     const QDateTime due = std::max(begin, shown_now);
-    return QDateTime(due.date(), due.time());
+    const QDateTime local(due.date(), due.time());
+    return local.isValid() ? std::optional(local) : std::nullopt; // summer time skips that hour
 }

@@ -28,6 +28,7 @@ struct RunPlan
 bool interval_is_over(const RunPlan &plan, const QDateTime &start, const QDateTime &now);
 
 /// The first moment from `now` on at which a tick finds a run due; nothing when there is none,
-/// because the one unit of time in which the interval is over has passed or lies on another day.
+/// because the one unit of time in which the interval is over has passed, lies on another day, or
+/// is skipped by summer time.
 std::optional<QDateTime> next_due(const RunPlan &plan, const QDateTime &start,
                                   const QDateTime &now);

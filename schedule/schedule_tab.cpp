@@ -25,6 +25,9 @@ ScheduleTab::ScheduleTab(QWidget *parent)
     ui_->UpDown2->set_buddy(*ui_->Text19);
     timer_.setObjectName(QStringLiteral("Timer1"));
     timer_.setInterval(60000); // milliseconds
+    held_tick_.setObjectName(QStringLiteral("held_tick"));
+    held_tick_.setSingleShot(true);
+    held_tick_.setInterval(1000); // milliseconds
     make_primary(*ui_->Command15);
 }
 
@@ -41,6 +44,7 @@ void ScheduleTab::wire(EventHandlers &handlers, ScheduleDesk desk)
     handlers.on(ui_->UpDown1, &UpDown::valueChanged, [this] { UpDown1_Change(); });
     handlers.on(ui_->UpDown2, &UpDown::valueChanged, [this] { UpDown2_Change(); });
     handlers.on(&timer_, &QTimer::timeout, [this] { Timer1_Timer(); });
+    handlers.on(&held_tick_, &QTimer::timeout, [this] { Timer1_Timer(); });
     follow_state();
 }
 
@@ -117,6 +121,8 @@ void ScheduleTab::Command17_Click()
     ui_->Text21->clear();
     ui_->Text18->setText(QStringLiteral("0"));
     ui_->Text19->setText(QStringLiteral("0"));
+    UpDown1_Change();
+    UpDown2_Change();
     ui_->List2->clear();
     timer_.stop();
     show_state();
@@ -147,7 +153,19 @@ void ScheduleTab::UpDown2_Change()
         hours->setVisible(is_zero);
 }
 
+// A manual run or a message that waits for its server lets timers go on; a run in its middle would
+// take its session away.
 void ScheduleTab::Timer1_Timer()
+{
+    if (!timer_.isActive())
+        return;
+    if (is_running_ || desk_->is_store_busy())
+        held_tick_.start();
+    else
+        tick();
+}
+
+void ScheduleTab::tick()
 {
     if (!ticked_days().contains(weekday_number(desk_->clock().date()))) {
         if (!is_any_day_ticked())
@@ -178,6 +196,8 @@ bool ScheduleTab::is_run_due()
         return false;
     }
     QCoreApplication::processEvents();
+    if (plan().interval <= 0) // "Refresh" was pressed in that turn
+        return false;
     return interval_is_over(plan(), period_start(), desk_->clock());
 }
 
@@ -208,7 +228,7 @@ void ScheduleTab::run_now()
 
 void ScheduleTab::runSchedule_Click()
 {
-    const QString begun = date_time_text(desk_->clock());
+    const QString begun = is_running_ ? last_run_ : date_time_text(desk_->clock());
     SkippedSteps skipped;
     desk_->run(skipped);
     note_skipped(begun, skipped);

@@ -28,6 +28,8 @@ struct ScheduleDesk
     Prompts &prompts;
     /// The retrieval that a due tick starts; it takes what the run passed over.
     std::function<void(SkippedSteps &)> run;
+    /// Whether the mail store is in the middle of something: a tick waits until it is done.
+    std::function<bool()> is_store_busy;
     /// Shows a person what the schedule is doing: one line, empty when it is stopped.
     std::function<void(const QString &)> show_state;
     /// Shows what a run has passed over.
@@ -69,6 +71,7 @@ private:
     void Timer1_Timer();
     void runSchedule_Click();
 
+    void tick();
     void tell_once(const QString &text);
     bool is_run_due();
     void run_now();
@@ -78,6 +81,7 @@ private:
     std::unique_ptr<Ui::ScheduleTab> ui_;
     std::unique_ptr<ScheduleDesk> desk_;
     QTimer timer_{this};
+    QTimer held_tick_{this};
     QString last_run_;
     bool is_telling_ = false;
     bool is_running_ = false;

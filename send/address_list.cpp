@@ -14,7 +14,7 @@ namespace
 constexpr qint64 turn_every = 50; // milliseconds
 }
 
-void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &bar,
+bool fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &bar,
                          ProgressReport &progress)
 {
     const auto done = qScopeGuard([&progress] { progress.clear(); });
@@ -27,7 +27,10 @@ void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &
         bar.setValue(rows.record_set().percent_position());
         progress.tell(QStringLiteral("Address"), list.count(), rows.record_set().record_count());
     };
-    // A turn may let another command put a new record set in place: it is asked for anew each time.
+    bool is_replaced = false;
+    const auto watch = QObject::connect(&rows, &DataConnection::rows_changed, &list,
+                                        [&is_replaced] { is_replaced = true; });
+    const auto watched = qScopeGuard([&watch] { QObject::disconnect(watch); });
     for (rows.record_set().move_first(); !rows.record_set().eof(); rows.record_set().move_next()) {
         read.append(rows.record_set().field(QStringLiteral("email")));
         if (since_turn.elapsed() < turn_every)
@@ -35,10 +38,11 @@ void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &
         show_what_was_read();
         QCoreApplication::processEvents();
         since_turn.restart();
-        if (rows.record_set().eof())
-            break;
+        if (is_replaced)
+            return false;
     }
     show_what_was_read();
+    return true;
 }
 
 void append_addresses(QListWidget &list, DataConnection &rows, ProgressReport &progress)

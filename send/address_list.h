@@ -10,8 +10,9 @@ class QString;
 /// first row on. The event loop gets a turn, and the list its rows, at a rate that an eye can
 /// follow; the bar shows the percent position. The time taken grows with the rows, not with their
 /// square.
+/// @return false when another command put other rows in place during a turn: the list is not whole.
 /// @throws RuntimeError when the database fails.
-void fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &bar,
+bool fill_with_addresses(QListWidget &list, DataConnection &rows, QProgressBar &bar,
                          ProgressReport &progress);
 
 /// The same at one go, without a turn of the event loop.

@@ -11,3 +11,9 @@ void AddressListBox::keyPressEvent(QKeyEvent *event)
     event->accept();
     Q_EMIT enter_pressed();
 }
+
+void AddressListBox::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    QListWidget::mouseDoubleClickEvent(event);
+    Q_EMIT double_clicked();
+}

@@ -19,15 +19,31 @@ void AddressSearch::Command37_Click() const
 
 void AddressSearch::search(const Statement &source) const
 {
-    desk_.Data2.set_record_source(source);
-    desk_.Data2.refresh();
+    show(source);
     if (desk_.Data2.record_set().record_count() == 0)
         return;
-    if (!desk_.prompts.ok_cancel(QStringLiteral("Do you want to email to this list?")))
+    if (!is_agreed(QStringLiteral("Do you want to email to this list?"), source))
         return;
     desk_.Data2.record_set().move_first();
-    if (!desk_.prompts.ok_cancel(QStringLiteral("Do you want to add to the list? Press cancel if "
-                                                "you want to email to just this list?")))
+    if (!is_agreed(QStringLiteral("Do you want to add to the list? Press cancel if you want to "
+                                  "email to just this list?"),
+                   source))
         desk_.List1.clear();
     append_addresses(desk_.List1, desk_.Data2, desk_.progress);
+}
+
+void AddressSearch::show(const Statement &source) const
+{
+    desk_.Data2.set_record_source(source);
+    desk_.Data2.refresh();
+}
+
+// A scheduled run that comes while the question stands shows the whole list: mail goes to what was
+// found.
+bool AddressSearch::is_agreed(const QString &question, const Statement &source) const
+{
+    const bool agreed = desk_.prompts.ok_cancel(question);
+    if (agreed && desk_.Data2.record_source().text() != source.text())
+        show(source);
+    return agreed;
 }

@@ -5,6 +5,7 @@ class ProgressReport;
 class Prompts;
 class QLineEdit;
 class QListWidget;
+class QString;
 class Statement;
 
 /// What a search of the master list reads and fills.
@@ -33,6 +34,8 @@ public:
 
 private:
     void search(const Statement &source) const;
+    void show(const Statement &source) const;
+    bool is_agreed(const QString &question, const Statement &source) const;
 
     SearchDesk desk_;
 };

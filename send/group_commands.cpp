@@ -40,11 +40,10 @@ void GroupCommands::cmdMkGroups_Click() const
     clear_list();
     Data1.refresh();
     Data1.set_record_source("select distinct email from email");
-    const QString list = walk(Data1); // over the search's rows still
+    const QString walked = walk(Data1); // over the search's rows still
     Data1.refresh();
     Data1.close_record_set();
-    keep_addresses_of(list);
-    save_under_group_name();
+    save_under_group_name(show_addresses_of(walked));
     desk_.ProgressBar2.setValue(0);
 }
 
@@ -100,7 +99,7 @@ void GroupCommands::add_marker_record(DataConnection &connection) const
 }
 
 // What is taken is the master list's current address, whichever connection is walked: over the work
-// table it is the same one again and again, as it always was.
+// table it is the same one again and again.
 QString GroupCommands::walk(DataConnection &walked) const
 {
     clear_list();
@@ -121,19 +120,23 @@ void GroupCommands::clear_list() const
     desk_.RichTextBox1.set_text({});
 }
 
-void GroupCommands::keep_addresses_of(const QString &list) const
+// The list that is saved is the one returned: a scheduled run that comes while a question stands
+// empties the box.
+QString GroupCommands::show_addresses_of(const QString &list) const
 {
-    desk_.RichTextBox1.set_text(
-        keep_addresses(with_cr_lf(list), QStringLiteral(";"), QStringLiteral("; ")));
+    const QString kept =
+        keep_addresses(with_cr_lf(list), QStringLiteral(";"), QStringLiteral("; "));
+    desk_.RichTextBox1.set_text(kept);
+    return kept;
 }
 
 // The dialog's name is not taken, only where it was left.
-void GroupCommands::save_under_group_name() const
+void GroupCommands::save_under_group_name(const QString &list) const
 {
+    const QString name = desk_.Text29.text();
     desk_.prompts.notice(where_to_store);
-    desk_.prompts.save_file({QLatin1String(text_file_filter), {}});
-    write_text_file(group_file(desk_.prompts.current_folder(), desk_.Text29.text()),
-                    desk_.RichTextBox1.text());
+    desk_.prompts.save_file({QLatin1String(text_file_filter), desk_.prompts.current_folder()});
+    write_text_file(group_file(desk_.prompts.current_folder(), name), list);
 }
 
 void GroupCommands::Command69_Click() const
@@ -152,23 +155,22 @@ void GroupCommands::Command69_Click() const
     clear_list();
     Data2.refresh();
     Data2.set_record_source("select distinct email from email2");
-    const QString list = walk(Data2);
+    const QString walked = walk(Data2);
     Data2.refresh();
-    keep_addresses_of(list);
+    const QString list = show_addresses_of(walked);
     if (desk_.prompts.ok_cancel(
             QStringLiteral("Is it OK to store the group in the database? If you select CANCEL the "
                            "group will be stored in a file.")))
-        store_in_database();
+        store_in_database(list);
     else
-        save_under_group_name();
+        save_under_group_name(list);
     desk_.ProgressBar2.setValue(0);
 }
 
 // The whole list is one pattern: a list of two addresses or more changes no row.
-void GroupCommands::store_in_database() const
+void GroupCommands::store_in_database(const QString &list) const
 {
     const QString name = desk_.Text29.text();
-    const QString list = desk_.RichTextBox1.text();
     desk_.prompts.notice(name);
     desk_.prompts.notice(list);
     desk_.Data2.execute(
@@ -227,12 +229,12 @@ void GroupCommands::save_all_addresses() const
     });
     if (Data2.record_set().eof())
         throw RuntimeError(error_number::no_current_record, QStringLiteral("No current record."));
-    keep_addresses_of(walk(Data2));
+    const QString list = show_addresses_of(walk(Data2));
     desk_.prompts.notice(where_to_store);
     const QString path =
         desk_.prompts.save_file({QLatin1String(text_file_filter), QStringLiteral("C:\\Ostrix\\")});
     if (!path.isEmpty())
-        write_text_file(path, desk_.RichTextBox1.text());
+        write_text_file(path, list);
 }
 
 void GroupCommands::Command41_Click() const

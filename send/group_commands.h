@@ -60,9 +60,9 @@ private:
     void add_marker_record(DataConnection &connection) const;
     QString walk(DataConnection &walked) const;
     void clear_list() const;
-    void keep_addresses_of(const QString &list) const;
-    void save_under_group_name() const;
-    void store_in_database() const;
+    QString show_addresses_of(const QString &list) const;
+    void save_under_group_name(const QString &list) const;
+    void store_in_database(const QString &list) const;
     void save_all_addresses() const;
 
     GroupDesk desk_;

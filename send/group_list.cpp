@@ -1,18 +1,12 @@
 #include "send/group_list.h"
 
-namespace
-{
-bool has_drive(const QString &path)
-{
-    return path.size() > 1 && path[0].isLetter() && path[1] == QLatin1Char(':');
-}
-} // namespace
+#include "platform/drive_path.h"
 
 QString group_file(const QString &folder, const QString &name)
 {
     const QString file = name + QStringLiteral(".txt");
-    if (has_drive(name) || name.startsWith(QLatin1Char('/')))
+    if (has_drive_letter(name) || name.startsWith(QLatin1Char('/')))
         return file;
-    const QChar separator = QLatin1Char(has_drive(folder) ? '\\' : '/');
+    const QChar separator = QLatin1Char(has_drive_letter(folder) ? '\\' : '/');
     return folder.endsWith(separator) ? folder + file : folder + separator + file;
 }

@@ -2,6 +2,7 @@
 
 #include "app/settings_store.h"
 #include "mail/mail_store.h"
+#include "platform/progress_report.h"
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "platform/text_box.h"
@@ -16,11 +17,12 @@
 #include <QThread>
 
 MailSender::MailSender(MailStore &store, const SettingsStore &settings, Prompts &prompts,
-                       const MessageControls &controls)
+                       const MessageControls &controls, ProgressReport &progress)
     : store_(store),
       settings_(settings),
       prompts_(prompts),
-      controls_(controls)
+      controls_(controls),
+      progress_(progress)
 {
 }
 
@@ -47,8 +49,9 @@ void MailSender::send(const QString &addresses) const
     MessageSet &messages = store_.messages();
     messages.set_MsgIndex(compose_buffer);
     messages.set_SessionID(store_.session().SessionID());
-    if (add_recipients(addresses) > 0)
-        send_message();
+    const int recipients = add_recipients(addresses);
+    if (recipients > 0)
+        send_message(recipients);
 }
 
 void MailSender::sign_on() const
@@ -84,7 +87,7 @@ int MailSender::add_recipients(const QString &addresses) const
     return counter;
 }
 
-void MailSender::send_message() const
+void MailSender::send_message(int recipients) const
 {
     MessageSet &messages = store_.messages();
     messages.set_MsgSubject(controls_.Text13.text());
@@ -93,4 +96,8 @@ void MailSender::send_message() const
         messages.set_AttachmentPathName(controls_.Text15.text());
     messages.Send(controls_.Check9.isChecked());
     store_.session().SignOff();
+    progress_.note(
+        recipients == 1
+            ? QStringLiteral("The message has been handed over for one recipient")
+            : QStringLiteral("The message has been handed over for %1 recipients").arg(recipients));
 }

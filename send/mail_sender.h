@@ -1,6 +1,7 @@
 #pragma once
 
 class MailStore;
+class ProgressReport;
 class Prompts;
 class QCheckBox;
 class QLineEdit;
@@ -24,9 +25,9 @@ class MailSender
 {
 public:
     MailSender(MailStore &store, const SettingsStore &settings, Prompts &prompts,
-               const MessageControls &controls);
+               const MessageControls &controls, ProgressReport &progress);
 
-    /// "Send Mail".
+    /// "Send Mail". That the message has gone is told in the status bar alone.
     /// @throws RuntimeError of the mail store; 6 for more than 32,767 recipients.
     void Command13_Click() const;
 
@@ -34,10 +35,11 @@ private:
     void send(const QString &addresses) const;
     void sign_on() const;
     int add_recipients(const QString &addresses) const;
-    void send_message() const;
+    void send_message(int recipients) const;
 
     MailStore &store_;
     const SettingsStore &settings_;
     Prompts &prompts_;
     MessageControls controls_;
+    ProgressReport &progress_;
 };

@@ -11,7 +11,6 @@
 #include "send/mail_sender.h"
 #include "ui_send_mail_tab.h"
 
-#include <QScopeGuard>
 #include <QStyle>
 
 SendMailTab::SendMailTab(QWidget *parent)
@@ -30,7 +29,8 @@ void SendMailTab::wire(EventHandlers &handlers, const SendDesk &desk, const Grou
     desk_ = std::make_unique<SendDesk>(desk);
     sender_ = std::make_unique<MailSender>(
         desk.store, desk.settings, desk.prompts,
-        MessageControls{*ui_->Text12, *ui_->Text13, *ui_->Text14, *ui_->Text15, *ui_->Check9});
+        MessageControls{*ui_->Text12, *ui_->Text13, *ui_->Text14, *ui_->Text15, *ui_->Check9},
+        desk.progress);
     wire_message(handlers);
     wire_addresses(handlers);
     handlers.on_click(ui_->Command29, [&groups] { groups.Command29_Click(); }); // "Create Group"
@@ -54,15 +54,14 @@ void SendMailTab::wire_addresses(EventHandlers &handlers)
     handlers.on_click(ui_->Command46, [this] { Command46_Click(); });
     handlers.on_click(ui_->Command47, [this] { Command47_Click(); }); // "Get File"
     handlers.on(ui_->List1, &QListWidget::itemClicked, [this] { List1_Click(); });
-    handlers.on(ui_->List1, &QListWidget::itemDoubleClicked, [this] { List1_DblClick(); });
+    handlers.on(ui_->List1, &AddressListBox::double_clicked, [this] { List1_DblClick(); });
     handlers.on(ui_->List1, &AddressListBox::enter_pressed, [this] { List1_Click(); });
 }
 
 void SendMailTab::Command13_Click()
 {
     // Signing on gives the event loop turns: a second click must not send the message twice.
-    ui_->Command13->setEnabled(false);
-    const auto done = qScopeGuard([this] { ui_->Command13->setEnabled(true); });
+    const ButtonPause pause(*ui_->Command13);
     sender_->Command13_Click();
 }
 
@@ -115,13 +114,14 @@ void SendMailTab::List1_DblClick()
 void SendMailTab::Command26_Click()
 {
     // The walk gives the event loop turns: a second click must not start another one inside it.
-    ui_->Command26->setEnabled(false);
-    const auto done = qScopeGuard([this] { ui_->Command26->setEnabled(true); });
+    const ButtonPause pause(*ui_->Command26);
     DataConnection &Data2 = desk_->Data2;
-    Data2.set_record_source(" select distinct email from master where email not like    ''    ");
-    Data2.refresh();
-    ui_->List1->clear();
-    fill_with_addresses(*ui_->List1, Data2, *ui_->ProgressBar3, desk_->progress);
+    do {
+        Data2.set_record_source(
+            " select distinct email from master where email not like    ''    ");
+        Data2.refresh();
+        ui_->List1->clear();
+    } while (!fill_with_addresses(*ui_->List1, Data2, *ui_->ProgressBar3, desk_->progress));
     Data2.set_record_source(" select * from master");
     Data2.refresh();
     ui_->ProgressBar3->setValue(0);

@@ -5,7 +5,6 @@
 
 #include <memory>
 
-class AddressesWindow;
 class DataConnection;
 class EventHandlers;
 class GroupCommands;

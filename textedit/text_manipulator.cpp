@@ -12,7 +12,6 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QHeaderView>
 #include <QScopeGuard>
 #include <QShortcut>
 
@@ -160,7 +159,7 @@ void TextManipulator::SaveFiletxt_Click()
     save_text(QStringLiteral("All files (*.txt)|*.txt"));
 }
 
-// Not the view box: what the last "Remove  lines that do not contain" has kept, as it always was.
+// Not the view box: what the last "Remove  lines that do not contain" has kept.
 void TextManipulator::save_text(const QString &filter)
 {
     const QString path = desk_.prompts.save_file({filter, {}});
@@ -197,7 +196,7 @@ void TextManipulator::put_items_on_lines()
         return;
     QCoreApplication::processEvents();
     ui_->Text4->set_text(items_from_the_last(ui_->Text3->text()));
-    ui_->Text3->set_text(ui_->Text4->text());
+    ui_->Text3->share_text(*ui_->Text4);
     desk_.please_wait.unload();
 }
 
@@ -223,8 +222,8 @@ void TextManipulator::keep_lines_of_a_file()
     const KeptLines kept = lines_that_contain(file.read(), ui_->Text6->text());
     ui_->Text5->set_text(kept.last);
     ui_->Text4->set_text(kept.text);
-    ui_->Text3->set_text(kept.text);
-    ui_->RichTextBox1->set_text(kept.text);
+    ui_->Text3->share_text(*ui_->Text4);
+    ui_->RichTextBox1->share_text(*ui_->Text4);
     desk_.please_wait.unload();
     desk_.prompts.notice(QStringLiteral("finished!"));
     desk_.please_wait.unload();

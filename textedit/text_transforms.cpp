@@ -16,6 +16,18 @@ bool is_break(QChar c)
     return c == QLatin1Char('\r') || c == QLatin1Char('\n');
 }
 
+/// From the first character on, without overlap.
+qsizetype occurrences(QStringView text, QStringView wanted)
+{
+    if (wanted.size() == 1)
+        return text.count(wanted.front());
+    qsizetype count = 0;
+    for (qsizetype found = text.indexOf(wanted); found >= 0;
+         found = text.indexOf(wanted, found + wanted.size()))
+        ++count;
+    return count;
+}
+
 /// Takes the first line off `rest`, which is not empty.
 QStringView take_line(QStringView &rest)
 {
@@ -40,35 +52,42 @@ QString with_ended_lines(const QString &text)
 // occurrences.
 QString with_replaced(const QString &text, const QString &wanted, const QString &replacement)
 {
-    if (wanted.isEmpty())
-        return text;
-    qsizetype found = text.indexOf(wanted);
-    if (found < 0)
+    const qsizetype count = wanted.isEmpty() ? 0 : occurrences(text, wanted);
+    if (count == 0)
         return text;
     const QStringView all(text);
-    QString result;
-    result.reserve(text.size());
-    qsizetype rest = 0;
-    for (; found >= 0; found = all.indexOf(wanted, rest)) {
-        result += all.sliced(rest, found - rest);
-        result += replacement;
+    QString result(text.size() + count * (replacement.size() - wanted.size()), Qt::Uninitialized);
+    QChar *out = result.begin();
+    const QChar *rest = all.begin();
+    for (auto left = count; left > 0; --left) {
+        const QChar *found = all.begin() + all.indexOf(wanted, rest - all.begin());
+        out = std::copy(rest, found, out);
+        out = std::copy(replacement.begin(), replacement.end(), out);
         rest = found + wanted.size();
     }
-    result += all.sliced(rest);
+    std::copy(rest, all.end(), out);
     return result;
 }
 
 QString items_from_the_last(const QString &text)
 {
-    const QStringView all(text);
-    QString lines;
-    lines.reserve(text.size() + text.count(comma));
-    qsizetype end = all.lastIndexOf(comma);
-    while (end >= 0) {
-        const qsizetype before = end == 0 ? -1 : all.lastIndexOf(comma, end - 1);
-        lines += all.sliced(before + 1, end - before - 1);
-        lines += line_end;
-        end = before;
+    const auto commas = text.count(comma);
+    if (commas == 0)
+        return {};
+    const QChar *begin = text.constData();
+    const QChar *end = begin + text.lastIndexOf(comma); // of the item in hand
+    QString lines(end + 1 - begin + commas, Qt::Uninitialized);
+    QChar *out = lines.begin();
+    while (true) {
+        const QChar *start = end;
+        while (start != begin && start[-1] != comma)
+            --start;
+        out = std::copy(start, end, out);
+        *out++ = QLatin1Char('\r');
+        *out++ = QLatin1Char('\n');
+        if (start == begin)
+            break;
+        end = start - 1;
     }
     return lines;
 }

@@ -1,15 +1,19 @@
 """What is measured beside what: the contests, their contestants and the targets."""
 
 import hashlib
+import json
 import os
 import shutil
 import sqlite3
 import subprocess
-from dataclasses import dataclass
+import sys
+from contextlib import AbstractContextManager, nullcontext
+from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Callable
 
 from harness.jobs import OUTPUT, Failed, Job, product_database, product_home
+from harness.servers import DELAY_EACH_WAY, MailServers, copied, with_attachments
 
 PRODUCT = "ostrix"
 GET_EMAILS, READ_LOG, IMPORT = "Command2", "Command10", "Import"  # what is pressed
@@ -25,6 +29,8 @@ class Contestant:
     # What the run left behind; every contestant of a contest must leave the same.
     outcome: Callable[[Path], object]
     slow: bool = False
+    # Bytes that came over the line for each byte of the rows that were made of them.
+    traffic: Callable[[Path], float] | None = None
 
     def is_there(self) -> bool:
         return shutil.which(self.program) is not None
@@ -47,6 +53,10 @@ class Contest:
     targets: list
     files: list  # read once before, so that every contestant finds them in memory
     warm_up: bool = False  # one more run each, first, that does not count
+    servers: AbstractContextManager = field(default_factory=nullcontext)  # run meanwhile
+    messages: int = 0
+    least_rate: float = 0  # of the product, in messages a second
+    most_traffic: float = 0  # of the product
 
 
 class Programs:
@@ -137,6 +147,68 @@ def notmuch(inbox: Path, count: int) -> Contestant:
         return int(counted.stdout)
 
     return Contestant("notmuch", "notmuch", prepare, outcome, slow=count >= 50_000)
+
+
+# Servers' inboxes --------------------------------------------------------------------------------
+
+def server_inbox(programs: Programs, protocol: str, count: int, slow_line: bool,
+                 least_rate: float, with_peer: bool) -> Contest:
+    maildir = programs.inputs / f"maildir-{programs.facts['messages'][0]}"
+    servers = MailServers(copied(maildir, count), slow_line)
+    line = f"{2 * DELAY_EACH_WAY} ms" if slow_line else "loopback"
+    contestants = [product_inbox(programs, protocol, servers)]
+    if with_peer:
+        contestants.append(plain_client(programs, protocol, servers))
+    return Contest(f"servers-{protocol}-{count}-{line}",
+                   f"{protocol.upper()}, {line}, {count:,} messages", contestants, PRODUCT, [], [],
+                   warm_up=not slow_line, servers=servers, messages=count, least_rate=least_rate)
+
+
+def attachments_inbox(programs: Programs) -> Contest:
+    count = min(500, programs.facts["messages"][0])
+    servers = MailServers(with_attachments(count), False)
+    return Contest("servers-attachments", f"IMAP, loopback, {count:,} messages with attachments",
+                   [product_inbox(programs, "imap", servers),
+                    plain_client(programs, "imap", servers)],
+                   PRODUCT, [], [], warm_up=True, servers=servers, messages=count, most_traffic=2)
+
+
+def product_inbox(programs: Programs, protocol: str, servers: MailServers) -> Contestant:
+    def prepare(folder: Path) -> Job:
+        return Job([programs.bench("read_inbox"), protocol, servers.port(protocol),
+                    servers.authority, folder / "traffic.json"])
+
+    def traffic(folder: Path) -> float:
+        report = json.loads((folder / "traffic.json").read_text())
+        return report["received"] / report["rows"]
+
+    return Contestant(PRODUCT, programs.bench("read_inbox"), prepare, printed_number,
+                      traffic=traffic)
+
+
+def plain_client(programs: Programs, protocol: str, servers: MailServers) -> Contestant:
+    client = Path(__file__).parents[1] / "peers/plain_client.py"
+
+    def prepare(folder: Path) -> Job:
+        return Job([sys.executable, client, protocol, servers.port(protocol), servers.authority])
+
+    return Contestant("plain client", sys.executable, prepare, printed_number, slow=True)
+
+
+def printed_number(folder: Path) -> int:
+    return int((folder / OUTPUT).read_text())
+
+
+def server_inboxes(programs: Programs) -> list:
+    """The plain client takes 40 ms and more a message over the slow line: there it meets fewer."""
+    most = programs.facts["messages"][0] // 2
+    few = min(500, most)
+    contests = []
+    for protocol, slow_rate in (("imap", 3_500), ("pop3", 1_000)):
+        contests += [server_inbox(programs, protocol, most, False, 8_000, True),
+                     server_inbox(programs, protocol, most, True, slow_rate, False),
+                     server_inbox(programs, protocol, few, True, 0, True)]
+    return contests + [attachments_inbox(programs)]
 
 
 # Replay ------------------------------------------------------------------------------------------
@@ -300,6 +372,7 @@ def all_contests(programs: Programs, quick: bool) -> list:
     counts = programs.facts["messages"][:1] if quick else programs.facts["messages"]
     contests = [retrieval(programs, kind, count)
                 for count in counts for kind in ("maildir", "mbox")]
+    contests += server_inboxes(programs)
     contests.append(replay(programs))
     contests += [imports(programs), at_rest(programs)]
     contests += [lists(programs, query) for query in QUERIES]

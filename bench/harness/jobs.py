@@ -49,6 +49,7 @@ class Machine:
     def __init__(self, timed: Path, servers=()):
         self._timed = timed
         self._servers = list(servers)  # processes that work for the job: the X server
+        self.groups = []  # process groups that do: mail servers
         self._tick = os.sysconf("SC_CLK_TCK")
 
     def run(self, job: Job, folder: Path) -> Cost:
@@ -68,11 +69,28 @@ class Machine:
         """Seconds of work on all cores so far, without that of the servers."""
         numbers = Path("/proc/stat").read_text().split("\n", 1)[0].split()[1:]
         ticks = sum(int(numbers[place]) for place in CPU_FIELDS)
-        return ticks / self._tick - sum(self._used_by(pid) for pid in self._servers)
+        used = sum(self._used(numbers_of(pid)[11:13]) for pid in self._servers)
+        return ticks / self._tick - used - self._used_by_groups()
 
-    def _used_by(self, pid: int) -> float:
-        after_name = Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()
-        return (int(after_name[11]) + int(after_name[12])) / self._tick
+    def _used_by_groups(self) -> float:
+        """That of the children that have ended is in their leader's numbers."""
+        if not self.groups:
+            return 0
+        members = [numbers for stat in Path("/proc").glob("[0-9]*/stat")
+                   if (numbers := numbers_of(int(stat.parent.name))) and
+                   int(numbers[2]) in self.groups]
+        return sum(self._used(numbers[11:15]) for numbers in members)
+
+    def _used(self, ticks: list) -> float:
+        return sum(map(int, ticks)) / self._tick
+
+
+def numbers_of(pid: int) -> list:
+    """What the system tells of a process, from its state on; nothing when it has ended."""
+    try:
+        return Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()
+    except OSError:
+        return []
 
 
 def run_to_end(command: list, job: Job, folder: Path):

@@ -7,7 +7,8 @@ from datetime import date
 from pathlib import Path
 
 PACKAGES = {"SQLite": "sqlite3", "GMime": "libgmime-3.0-0", "Qt": "libqt6core6",
-            "mu": "maildir-utils", "notmuch": "notmuch", "g++": "g++-12", "X server": "xvfb"}
+            "mu": "maildir-utils", "notmuch": "notmuch", "g++": "g++-12", "X server": "xvfb",
+            "Dovecot": "dovecot-core"}
 
 
 def output_of(*command: str) -> str:

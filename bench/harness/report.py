@@ -1,6 +1,6 @@
 """The two tables: what every contestant took, and how the product stands against its targets."""
 
-from dataclasses import dataclass
+from dataclasses import dataclass, field
 from statistics import median
 
 from harness.contests import AT_REST, PRODUCT
@@ -18,6 +18,11 @@ class Result:
     costs: list
     trouble: str = ""
     outcome: object = None  # what every run left behind
+    traffic: list = field(default_factory=list)  # see Contestant
+
+    def forget_runs(self):
+        self.costs.clear()
+        self.traffic.clear()
 
     @property
     def seconds(self) -> float:
@@ -68,11 +73,12 @@ def costs_table(contests, results) -> str:
     return "\n".join(lines)
 
 
-def verdict(what: str, measured: float | None, limit: float, show) -> str:
+def verdict(what: str, measured: float | None, limit: float, show, at_least=False) -> str:
+    shown_limit = f"{'≥' if at_least else '≤'} {show(limit)}"
     if measured is None:
-        return row([what, "–", f"≤ {show(limit)}", "not measured"])
-    met = "met" if measured <= limit else "**missed**"
-    return row([what, show(measured), f"≤ {show(limit)}", met])
+        return row([what, "–", shown_limit, "not measured"])
+    is_met = measured >= limit if at_least else measured <= limit
+    return row([what, show(measured), shown_limit, "met" if is_met else "**missed**"])
 
 
 def ratio_of(results, contest, target) -> float | None:
@@ -108,6 +114,19 @@ def retrieval_verdicts(results, counts) -> list:
     return lines
 
 
+def server_verdicts(contest, ours: Result) -> list:
+    lines = []
+    if contest.least_rate:
+        rate = contest.messages / ours.seconds if ours.costs else None
+        lines.append(verdict(f"{contest.title}: messages a second", rate, contest.least_rate,
+                             lambda number: f"{number:,.0f}", at_least=True))
+    if contest.most_traffic:
+        lines.append(verdict(f"{contest.title}: bytes received / bytes in the rows",
+                             median(ours.traffic) if ours.traffic else None,
+                             contest.most_traffic, shown_ratio))
+    return lines
+
+
 def import_verdict(results, file_size: int) -> str:
     busy, rest = (results.get((contest, PRODUCT)) for contest in ("import", AT_REST))
     grown = None
@@ -123,6 +142,7 @@ def targets_table(contests, results, counts, import_size: int) -> str:
         lines += [verdict(f"{contest.title}: time / {target.against}",
                           ratio_of(results, contest, target), target.limit, shown_ratio)
                   for target in contest.targets]
+        lines += server_verdicts(contest, results[contest.name, PRODUCT])
     if any(contest.name.startswith("retrieval") for contest in contests):
         lines += retrieval_verdicts(results, counts)
     if any(contest.name == "import" for contest in contests):

@@ -10,7 +10,8 @@ class QAbstractButton;
 class QTabWidget;
 
 /// One round on the sample, made by clicks on the real window: "Get Emails" with both purges
-/// agreed, then the third heading typed, applied and used. Tells every step and leaves screenshots.
+/// agreed, then the third heading typed, applied and used, then a message sent. Tells every step
+/// and leaves screenshots.
 class SampleRound
 {
 public:
@@ -25,6 +26,7 @@ private:
     void show_every_tab();
     void get_emails();
     void use_third_heading();
+    void send_a_message();
     void check(const QString &stage, const QStringList &headings);
     void check_count(const QString &table, const QString &stage);
     void check_addresses(const QStringList &headings);
@@ -36,6 +38,7 @@ private:
     void show_tab(int index);
     void show_tab_of(const QWidget &widget);
     void click(const char *name);
+    void type(const char *name, const QString &text);
     void tell_boxes();
     void take_screenshot(const QString &name);
     void take_screenshot_of_window(QWidget *window);

@@ -184,9 +184,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(Window, BoxesListsAndGridsExist)
 {
     for (const char *name :
-         {"Text1",  "Text2",  "Text3",  "Text4",  "Text7",  "Text8",  "Text9",  "Text10", "Text13", "Text15",
-          "Text16", "Text17", "Text18", "Text19", "Text20", "Text21", "Text23", "Text25", "Text26",
-          "Text28", "Text29", "Text30", "Text31", "Text32", "Text33", "Text34"})
+         {"Text1",  "Text2",  "Text3",  "Text4",  "Text7",  "Text8",  "Text9",  "Text10", "Text13",
+          "Text15", "Text16", "Text17", "Text18", "Text19", "Text20", "Text21", "Text23", "Text25",
+          "Text26", "Text28", "Text29", "Text30", "Text31", "Text32", "Text33", "Text34"})
         EXPECT_NE(window().findChild<QLineEdit *>(name), nullptr) << name;
     for (const char *name :
          {"Text12", "Text14", "Text27", "Text35", "RichTextBox1", "RichTextBox2"})

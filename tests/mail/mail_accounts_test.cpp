@@ -115,6 +115,15 @@ TEST_F(Accounts, ADamagedProfileIsNotGuessedAt)
     EXPECT_EQ(dialog.last_account.profiles, QStringList());
 }
 
+TEST_F(Accounts, AFileThatCannotBeReadOffersNoProfileAndIsToldWhenOneIsNeeded)
+{
+    put_file(home.file("profiles.ini/x"), ""); // a folder in its place
+    EXPECT_EQ(accounts.sound_profiles(), QStringList());
+    EXPECT_EQ(profile_failure(accounts, "Work"), "75 The mail profiles cannot be read: '" +
+                                                     home.file("profiles.ini") + "' is no file");
+    EXPECT_EQ(profile_failure(accounts, "").left(33), "32000 No local inbox was found. L");
+}
+
 TEST_F(Accounts, AFolderThatIsNoMaildirIsMissing)
 {
     MailProfile profile;

@@ -51,13 +51,14 @@ protected:
     QWidget window;
     QLineEdit Text1, Text2, Text7, Text16, Text23, Text17, Text25, Text29, Text31, Text32, Text33,
         Text34;
-    TextBox Text27, RichTextBox1, Text35, RichTextBox2;
+    TextBox Text12, Text27, RichTextBox1, Text35, RichTextBox2;
     QProgressBar ProgressBar1, ProgressBar2, ProgressBar3;
     QTableView MSFlexGrid1, MSFlexGrid5;
-    SharedControls controls{
-        Text1,  Text2,        Text7,        Text16,       Text23,       Text17,      Text25,
-        Text27, Text29,       RichTextBox1, Text31,       Text32,       Text33,      Text34,
-        Text35, RichTextBox2, ProgressBar1, ProgressBar2, ProgressBar3, MSFlexGrid1, MSFlexGrid5};
+    SharedControls controls{Text1,        Text2,        Text7,        Text16,       Text23,
+                            Text12,       Text17,       Text25,       Text27,       Text29,
+                            RichTextBox1, Text31,       Text32,       Text33,       Text34,
+                            Text35,       RichTextBox2, ProgressBar1, ProgressBar2, ProgressBar3,
+                            MSFlexGrid1,  MSFlexGrid5};
 
     PleaseWait please_wait;
     DataConnection Data1{engine};

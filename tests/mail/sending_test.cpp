@@ -367,23 +367,23 @@ protected:
         profile.sender_name = "Ann Work";
         profile.sender_address = "ann@bücher.example";
         ProfileFile(home.file("profiles.ini")).save(profile);
-        mail.session().set_UserName("work");
+        by_server.session().set_UserName("work");
     }
 
     void send_to(const QStringList &recipients)
     {
-        mail.session().set_DownLoadMail(false);
-        mail.session().SignOn();
-        MessageSet &messages = mail.messages();
+        by_server.session().set_DownLoadMail(false);
+        by_server.session().SignOn();
+        MessageSet &messages = by_server.messages();
         messages.set_MsgIndex(-1);
-        messages.set_SessionID(mail.session().SessionID());
+        messages.set_SessionID(by_server.session().SessionID());
         for (int i = 0; i < recipients.size(); ++i) {
             messages.set_RecipIndex(i);
             messages.set_RecipType(i == 0 ? 1 : 3);
             messages.set_RecipAddress(recipients[i]);
         }
         messages.Send(false);
-        mail.session().SignOff();
+        by_server.session().SignOff();
     }
     QString failure_of_sending(const QStringList &recipients)
     {
@@ -395,11 +395,11 @@ protected:
     SmtpServer server{{"--tls", certificates.certificate_file("good"),
                        certificates.key_file("good"), "--sign-on"}};
     MailProfile profile;
-    LocalMailStore mail{accounts, inbox_opener({}), &dialog, [this] {
-                            SendingConditions trusting;
-                            trusting.network.also_trusted = certificates.authority();
-                            return trusting;
-                        }()};
+    ProfileMailStore by_server{accounts, inbox_opener({}), &dialog, [this] {
+                                   SendingConditions trusting;
+                                   trusting.network.also_trusted = certificates.authority();
+                                   return trusting;
+                               }()};
 };
 
 TEST_F(SendingByServer, UsesTheProfilesSenderAndPassword)

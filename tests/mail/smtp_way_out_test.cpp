@@ -464,7 +464,7 @@ class SmtpFault : public Smtp, public testing::WithParamInterface<Fault>
 TEST_P(SmtpFault, IsTold)
 {
     const Fault &fault = GetParam();
-    patience = 60ms;
+    patience = fault.answer == "stall" ? 300ms : 5s;
     StubServer server(by_the_book([&fault](const QByteArray &command) {
         return command.startsWith(fault.at) ? fault.answer : QByteArray();
     }));
@@ -479,14 +479,14 @@ TEST_P(SmtpFault, IsTold)
             EXPECT_FALSE(each.words.isEmpty());
         }
     }
-    EXPECT_LT(time.elapsed(), 3'000);
-    EXPECT_EQ(server.lines(), 1); // nothing is tried again in a new line
+    EXPECT_LT(time.elapsed(), 4'900); // no wait that nobody asked for
+    EXPECT_EQ(server.lines(), 1);     // nothing is tried again in a new line
     if (fault.at != "(greeting)") {
         EXPECT_EQ(count_of(server, "end"), fault.times_sent);
     }
 }
 
-const QString no_answer = "the server did not answer within 0.06 seconds";
+const QString no_answer = "the server did not answer within 0.3 seconds";
 const QString closed = "the server closed the line";
 
 INSTANTIATE_TEST_SUITE_P(Cut, SmtpFault,
@@ -548,7 +548,6 @@ TEST_F(Smtp, GoesOnInANewLineWhereTheServerBrokeOff)
 
 TEST_F(Smtp, TellsWhoWasNotReachedWhenTheServerStaysAway)
 {
-    patience = 200ms;
     int lines = 0;
     const StubServer server([&lines](StubLine &line) {
         const bool is_first = ++lines == 1;

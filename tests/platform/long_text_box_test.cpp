@@ -330,6 +330,19 @@ TEST_F(LongBox, AClickEndsALongSelection)
     EXPECT_TRUE(box.text() == ">" + numbered_lines(50'000));
 }
 
+TEST_F(LongBox, ALongSelectionIsNotDraggedButReplacedByANewOne)
+{
+    box.set_text(numbered_lines(50'000));
+    press(Qt::Key_A, Qt::ControlModifier);
+    QTest::mousePress(box.viewport(), Qt::LeftButton, {}, {0, 8});
+    QTest::mouseMove(box.viewport(), {100, 8});
+    QTest::mouseMove(box.viewport(), {200, 8});
+    QTest::mouseRelease(box.viewport(), Qt::LeftButton, {}, {200, 8});
+    QApplication::processEvents();
+    QTest::keyClicks(&box, "x");
+    EXPECT_TRUE(box.text() == numbered_lines(50'000).replace(0, 6, "x"));
+}
+
 TEST_F(LongBox, HasTheWholeTextInItsMenuToo)
 {
     const QString text = numbered_lines(50'000);
@@ -408,6 +421,18 @@ TEST_F(LongBox, IsPagedOnceTypingOrPastingHasMadeItLong)
     EXPECT_TRUE(box.is_paged());
     EXPECT_LT(box.document()->characterCount(), bounded);
     EXPECT_TRUE(box.text() == QString(1'200'000, 'y') + QString(120'000, 'x'));
+}
+
+TEST_F(LongBox, SharesATextWithAnotherBoxButNoChangesOfIt)
+{
+    LongTextBox other;
+    other.set_text(numbered_lines(50'000));
+    QTest::keyClicks(&other, "typed ");
+    box.share_text(other);
+    other.set_text("changed");
+    EXPECT_TRUE(box.text() == "typed " + numbered_lines(50'000));
+    QTest::keyClicks(&box, "and ");
+    EXPECT_TRUE(box.text() == "and typed " + numbered_lines(50'000));
 }
 
 TEST_F(LongBox, HoldsATextBeforeItIsShown)

@@ -53,6 +53,32 @@ TEST(QtPrompts, ARunTimeErrorThatFillsMoreThanAScreenShowsItsBeginning)
     EXPECT_EQ(details_of(words, words.left(1'000) + rest), words);
 }
 
+TEST(QtPrompts, TheCurrentFolderIsWhereAFileWasLastChosen)
+{
+    const PrivateHome home;
+    BoxRobot robot;
+    QtPrompts prompts;
+    EXPECT_EQ(prompts.current_folder(), "c:\\Ostrix\\");
+    robot.expect_save_file({});
+    prompts.save_file({});
+    EXPECT_EQ(prompts.current_folder(), "c:\\Ostrix\\"); // cancelled
+    robot.expect_save_file(home.file("list.txt"));
+    prompts.save_file({});
+    EXPECT_EQ(prompts.current_folder(), home.file("list.txt").chopped(9));
+}
+
+TEST(QtPrompts, SoDoesEveryOtherBox)
+{
+    BoxRobot robot;
+    QtPrompts prompts;
+    const QString lines = QString("x\n").repeated(100);
+    robot.expect_ok_cancel(
+        QString("x\n").repeated(20).chopped(1) +
+            " …\n\nThis is only the beginning. Press \"Show Details...\" for all of it.",
+        true);
+    EXPECT_TRUE(prompts.ok_cancel(lines));
+}
+
 TEST(QtPrompts, NoBoxOpensOverAWindowThatComesAndGoes)
 {
     BoxRobot robot;

@@ -104,6 +104,17 @@ TEST_F(ScheduleTab, RefreshStopsAndResets)
     EXPECT_EQ(state(), "");
 }
 
+TEST_F(ScheduleTab, RefreshShowsBothIntervalsAgain)
+{
+    click("Check1");
+    step_up("UpDown1", 2);
+    ASSERT_FALSE(control<QWidget>("Text19").isVisible());
+    boxes.expect_notice("The schedule has been stopped!", NoticeIcon::Information);
+    click("Command17");
+    for (const char *name : {"Text18", "UpDown1", "Label17", "Text19", "UpDown2", "Label18"})
+        EXPECT_TRUE(control<QWidget>(name).isVisible()) << name;
+}
+
 TEST_F(ScheduleTab, EverydayTicksAndUnticksAllDays)
 {
     click("Check8");

@@ -182,6 +182,103 @@ TEST_F(Tick, AStopInTheMiddleOfTheTickIsUndoneToo)
     EXPECT_TRUE(is_scheduled());
 }
 
+TEST_F(Tick, WaitsWhileTheMailStoreIsInTheMiddleOfSomething)
+{
+    start({"Check1"}, "0", "1");
+    settings.write("WarningMessages", "1");
+    mail.on_call["Fetch"] = [this] { // a manual run whose server lets it wait
+        mail.on_call.clear();
+        mail.busy = true;
+        pass_minutes(1);
+        mail.busy = false;
+    };
+    const QString in_log = " All deleted entries can be viewed in the log file.";
+    boxes.expect_ok_cancel("Do you want delete incorrect or invalid addresses as returned by your "
+                           "ISP?" +
+                               in_log,
+                           false);
+    boxes.expect_ok_cancel("Do you want delete messages with a specific subject heading?" + in_log,
+                           false);
+    click("Command2");
+    EXPECT_EQ(runs(), 1);
+    EXPECT_EQ(history(), QStringList());
+    QMetaObject::invokeMethod(&control<QTimer>("held_tick"), "timeout");
+    EXPECT_EQ(runs(), 2);
+    EXPECT_EQ(history(), QStringList{"2026-03-02 09:31:00"});
+}
+
+TEST_F(Tick, ARefreshInTheMiddleOfTheTickRunsNothing)
+{
+    for (const bool in_hours : {false, true}) {
+        start({"Check1"}, in_hours ? "1" : "0", "1");
+        boxes.expect_notice("The schedule has been stopped!", NoticeIcon::Information);
+        QTimer::singleShot(0, &window(), [this] { click("Command17"); });
+        pass_minutes(1);
+        EXPECT_FALSE(is_scheduled());
+        EXPECT_EQ(runs(), 0);
+        click("Check1");
+    }
+}
+
+TEST_F(Tick, AStartDuringTheRunNestsNoOther)
+{
+    start({"Check1"}, "0", "1");
+    mail.on_call["SignOn"] = [this] {
+        mail.on_call.clear();
+        click("Command15");
+        pass_minutes(1);
+    };
+    pass_minutes(1);
+    EXPECT_EQ(runs(), 1);
+    EXPECT_TRUE(is_scheduled());
+}
+
+TEST_F(Tick, EverydayDoesNotCountOnlyTheSevenBoxesDo)
+{
+    start({"Check8"}, "0", "1");
+    click("Check1"); // today
+    pass_minutes(2);
+    EXPECT_EQ(runs(), 0);
+    EXPECT_TRUE(control<QCheckBox>("Check8").isChecked());
+}
+
+TEST_F(Tick, MissingDaysAreToldBeforeAMissingInterval)
+{
+    start({"Check1"}, "0", "1");
+    set_text("Text19", "0");
+    click("Check1");
+    boxes.expect_notice("Please indicate which days you would like to run the schedule!");
+    pass_minutes(1);
+    EXPECT_EQ(boxes.shown().size(), 1);
+}
+
+TEST_F(Tick, WhateverEndsARunShowsNoBox)
+{
+    start({"Check1"}, "0", "1");
+    mail.on_call["SignOn"] = [] { throw std::bad_alloc(); };
+    pass_minutes(1);
+    EXPECT_EQ(boxes.shown(), no_boxes);
+    EXPECT_TRUE(is_scheduled());
+    EXPECT_TRUE(text("progress_text").contains("passed over one step"));
+    EXPECT_EQ(caption_of_current_tab(), "View Master Table");
+}
+
+TEST_F(Tick, WhatAPersonStartsDuringItsRunIsAttended)
+{
+    start({"Check1"}, "0", "1");
+    bool is_attended = false;
+    mail.on_call["SignOn"] = [&] {
+        mail.on_call.clear();
+        mail.on_call["SignOn"] = [&] { is_attended = window().is_attended(); };
+        set_text("Text12", "a@x.org");
+        click("Command13");
+        EXPECT_FALSE(window().is_attended());
+    };
+    pass_minutes(1);
+    EXPECT_TRUE(is_attended);
+    EXPECT_TRUE(window().is_attended());
+}
+
 TEST_F(Tick, AClockSetBackRunsNothingUntilItHasCaughtUp)
 {
     start({"Check1"}, "0", "5");

@@ -8,7 +8,10 @@
 #include <QElapsedTimer>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSet>
+#include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -177,6 +180,24 @@ TEST_F(AddressBox, ADoubleClickOnTheListLoadsAFile)
     boxes.expect_open_file(file("b@x.org;c@x.org"), text_files);
     QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, place_of(0));
     EXPECT_EQ(text("Text12"), "a@x.orgb@x.org; c@x.org\r\n");
+}
+
+TEST_F(AddressBox, ADoubleClickOnAnEmptyListLoadsAFileToo)
+{
+    boxes.expect_open_file(file("b@x.org"), text_files);
+    double_click("List1");
+    EXPECT_EQ(text("Text12"), "b@x.org\r\n");
+}
+
+TEST_F(AddressBox, TheListIsWholeWhenAnotherCommandComesInBetween)
+{
+    run_sql("with recursive n(i) as (select 1 union all select i + 1 from n where i < 60000) "
+            "insert into master(email) select 'p' || i || '@x.org' from n");
+    QTimer::singleShot(0, &window(), [this] { click("Command20"); }); // the master list's "Refresh"
+    click("Command26");
+    EXPECT_EQ(list().count(), 60000);
+    const QStringList all = entries();
+    EXPECT_EQ(QSet<QString>(all.begin(), all.end()).size(), 60000);
 }
 
 TEST_F(AddressBox, TheGroupTabsGetFileLoadsIntoItsOwnBox)

@@ -46,11 +46,12 @@ TEST_F(AddressSearch, CancelAtTheFirstQuestionOnlyShowsWhatWasFound)
 {
     type("Text23", "one");
     boxes.expect_ok_cancel(email_question, false);
+    control<QListWidget>("List1").addItem("old@x.org");
     click("Command19");
     EXPECT_EQ(window().master_list().record_source().text(),
               "select * from master where email like '*one*' ");
     EXPECT_EQ(grid("MSFlexGrid5"), (QStringList{"ann@one.org|Ann", "cid@ONE.org|Cid"}));
-    EXPECT_EQ(entries(), QStringList());
+    EXPECT_EQ(entries(), QStringList{"old@x.org"});
 }
 
 TEST_F(AddressSearch, OkAndOkAddsToTheList)
@@ -82,6 +83,18 @@ TEST_F(AddressSearch, SearchNameLooksAtNames)
     EXPECT_EQ(window().master_list().record_source().text(),
               "select * from master where name like '*one*' ");
     EXPECT_EQ(entries(), QStringList{"bob@two.org"});
+}
+
+TEST_F(AddressSearch, AScheduledRunWhileAQuestionStandsDoesNotWidenTheList)
+{
+    write_file("c:\\Ostrix\\system.log", "nobody@nowhere.example\r\n");
+    type("Text23", "two");
+    boxes.expect_ok_cancel(email_question, true);
+    boxes.before_next_answer([this] { click("runSchedule"); });
+    boxes.expect_ok_cancel(add_question, true);
+    click("Command19");
+    EXPECT_EQ(entries(), QStringList{"bob@two.org"});
+    EXPECT_EQ(grid("MSFlexGrid5"), QStringList{"bob@two.org|Bob One"});
 }
 
 TEST_F(AddressSearch, NothingFoundAsksNothing)
@@ -137,6 +150,17 @@ TEST_F(AddressSearch, ARowThatACommandSelectsLeavesTheBoxesAlone)
     boxes.expect_ok_cancel(
         "This will sort data in ascending order. Click CANCEL to sort in descending order?", false);
     click("Command33");
+    EXPECT_EQ(text("Text7"), "typed");
+    select_row(0); // the row that is current already
+    EXPECT_EQ(text("Text7"), "cid@ONE.org");
+}
+
+TEST_F(AddressSearch, TheTabKeyIntoTheGridLeavesTheBoxesAlone)
+{
+    type("Text7", "typed");
+    auto &view = control<QTableView>("MSFlexGrid5");
+    view.setFocus(Qt::TabFocusReason);
+    QApplication::processEvents();
     EXPECT_EQ(text("Text7"), "typed");
 }
 } // namespace

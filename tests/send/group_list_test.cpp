@@ -27,6 +27,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Place{"/home/ann", "my friends", "/home/ann/my friends.txt"},
                     Place{"/home/ann/", "a.b", "/home/ann/a.b.txt"},
                     Place{"/home/ann", "", "/home/ann/.txt"},
+                    Place{"/home/ann", "a:team", "/home/ann/a:team.txt"},
                     Place{"/home/ann", "/tmp/friends", "/tmp/friends.txt"},
                     Place{"/home/ann", "c:\\lists\\friends", "c:\\lists\\friends.txt"}));
 } // namespace

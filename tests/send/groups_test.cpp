@@ -258,6 +258,19 @@ TEST_F(Groups, AddAllInTheDatabaseStoresAListOfOneAddress)
     EXPECT_EQ(group("all"), "(none)");
 }
 
+TEST_F(Groups, AddAllInTheDatabaseStoresInRowsThatContainTheAddress)
+{
+    add_email2({"no sign", "a@y.org"});
+    run_sql("insert into email2(email) values ('A@Y.ORG')");
+    boxes.expect_input(name_question, "all");
+    boxes.expect_ok_cancel(database_question, true);
+    boxes.expect_notice("all");
+    boxes.expect_notice("a@y.org");
+    click("Command69");
+    EXPECT_EQ(rows("email2", "email, groups"),
+              (QStringList{"no sign|", "a@y.org| all ", "A@Y.ORG| all ", "all|all"}));
+}
+
 TEST_F(Groups, AddAllInTheDatabaseChangesNoRowForAListOfTwo)
 {
     add_email2({"a@y.org", "b@y.org"});
@@ -278,6 +291,22 @@ TEST_F(Groups, AddAllLeavesTheMasterListsViewOnItsTable)
     click("Command69");
     EXPECT_EQ(window().master_list().record_source().text(), "select distinct email from email2");
     EXPECT_EQ(grid("MSFlexGrid5"), QStringList{"all"});
+}
+
+// Every run empties the box that shows the list.
+TEST_F(Groups, AScheduledRunWhileAQuestionStandsChangesNothingOfTheGroup)
+{
+    add_email2({"a@y.org", "b@y.org"});
+    write_file("c:\\Ostrix\\system.log", "nobody@nowhere.example\r\n");
+    boxes.expect_input(name_question, "all");
+    boxes.expect_ok_cancel(database_question, true);
+    boxes.before_next_answer(
+        [this] { boxes.before_next_answer([this] { click("runSchedule"); }); });
+    boxes.expect_notice("all");
+    boxes.expect_notice("a@y.org;  b@y.org");
+    click("Command69");
+    EXPECT_EQ(text("RichTextBox1"), "");
+    EXPECT_EQ(rows("email2", "email, groups"), (QStringList{"a@y.org|", "b@y.org|", "all|all"}));
 }
 
 TEST_F(Groups, UpdateWritesTheListIntoTheGroupsRows)

@@ -49,6 +49,7 @@ TEST_F(Sending, TheOrderOfAMessageWithEverything)
                                "set_AttachmentPathName(/tmp/list.pdf)", "Send(true)", "SignOff",
                                "Copy"}));
     EXPECT_EQ(boxes.shown(), QStringList());
+    EXPECT_EQ(text("progress_text"), "The message has been handed over for 2 recipients");
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
@@ -98,6 +99,7 @@ TEST_F(Sending, TheHourglassStandsWhileItSends)
     EXPECT_EQ(shape, Qt::WaitCursor);
     EXPECT_FALSE(is_enabled); // a second click would send it twice
     EXPECT_TRUE(control<QPushButton>("Command13").isEnabled());
+    EXPECT_TRUE(control<QPushButton>("Command13").hasFocus());
 }
 
 TEST_F(Sending, WaitsForTheSessionWhileOtherControlsCanBeClicked)

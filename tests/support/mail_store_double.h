@@ -37,6 +37,10 @@ public:
     /// Makes the operation with this name fail.
     void fail_at(const QString &operation);
 
+    /// What it says of itself: an operation waits.
+    bool busy = false;
+
+    bool is_busy() const override { return busy; }
     MailSession &session() override { return *this; }
     MessageSet &messages() override { return *this; }
 
