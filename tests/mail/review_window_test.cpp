@@ -340,7 +340,7 @@ TEST_F(ReviewForm, ARightClickShowsTheCellTwice)
 
 TEST_F(ReviewForm, ACellIsShownWholeAlsoWhenTheGridCutsIt)
 {
-    const QString body = QString("word ").repeated(300);
+    const QString body = QString("word ").repeated(100);
     add("ann@x.org", "Hello", body);
     form();
     boxes.expect_notice(body);
