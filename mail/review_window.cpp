@@ -155,15 +155,15 @@ void ReviewWindow::cmdLarge2_Click() const
 
 void ReviewWindow::MSFlexGrid1_DblClick()
 {
-    desk_.prompts.notice(boxed_text(current_cell()));
+    desk_.prompts.notice(current_cell());
 }
 
 void ReviewWindow::MSFlexGrid1_RightClick()
 {
     const QString text = current_cell();
     const QString x = QStringLiteral("x");
-    desk_.prompts.notice(boxed_text(QString(text).replace(QStringLiteral("["), x)));
-    desk_.prompts.notice(boxed_text(QString(text).replace(QStringLiteral("]"), x)));
+    desk_.prompts.notice(QString(text).replace(QStringLiteral("["), x));
+    desk_.prompts.notice(QString(text).replace(QStringLiteral("]"), x));
 }
 
 /// The field that the grid's current cell shows, whole; nothing without a current cell.

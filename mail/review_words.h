@@ -6,7 +6,3 @@
 /// them: every "[" and "]" is an "x", so that brackets become part of their word; line breaks part
 /// words like blanks do, every other character stays.
 QString review_words(const QString &message);
-
-/// A field's text for a message box. What goes beyond 2,000 characters or 30 lines is left out, and
-/// a last line says how much that is.
-QString boxed_text(const QString &text);

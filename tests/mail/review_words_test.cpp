@@ -32,24 +32,4 @@ INSTANTIATE_TEST_SUITE_P(
                     Message{"one\na@x.org\rtwo", "a@x.org"}, Message{"a@x.org\tb", "a@x.org\tb"},
                     Message{"  a@x.org   b@x.org  ", "a@x.org b@x.org"}, Message{"@", "@"},
                     Message{"A@X.ORG", "A@X.ORG"}));
-
-TEST(BoxedText, IsCutToWhatABoxCanShow)
-{
-    EXPECT_EQ(boxed_text(""), "");
-    EXPECT_EQ(boxed_text("two\nlines"), "two\nlines");
-    const QString longest = QString("a").repeated(2000);
-    EXPECT_EQ(boxed_text(longest), longest);
-    EXPECT_EQ(boxed_text(longest + QString("b").repeated(1234)),
-              longest + "\n(1,234 more characters)");
-    const QString face = QStringLiteral("\U0001F600");
-    EXPECT_EQ(boxed_text(QString("a").repeated(1999) + face),
-              QString("a").repeated(1999) + "\n(2 more characters)");
-}
-
-TEST(BoxedText, HasThirtyLinesAtMost)
-{
-    const QString thirty = QString("a\n").repeated(30);
-    EXPECT_EQ(boxed_text(thirty), thirty);
-    EXPECT_EQ(boxed_text(thirty + "b\nc"), thirty + "\n(3 more characters)");
-}
 } // namespace
