@@ -36,9 +36,10 @@ SmtpServer::SmtpServer(const QStringList &options)
     const QString script = QStringLiteral(OSTRIX_MAIL_SERVERS "/smtp_server.py");
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     // The system's Python: the package belongs to it, not to others in PATH.
-    process_.start(QStringLiteral("/usr/bin/python3"),
-                   QStringList{QStringLiteral("-W"), QStringLiteral("ignore"), script, folder_.path()} +
-                       options);
+    process_.start(
+        QStringLiteral("/usr/bin/python3"),
+        QStringList{QStringLiteral("-W"), QStringLiteral("ignore"), script, folder_.path()} +
+            options);
     while (process_.state() != QProcess::NotRunning && !process_.canReadLine())
         process_.waitForReadyRead();
     port_ = process_.readLine().trimmed().toUShort();
