@@ -12,6 +12,7 @@
 namespace
 {
 constexpr char field_end = '\x01'; // of XOAUTH2
+constexpr int most_answers = 10;   // more than any mechanism has
 
 [[noreturn]] void fail(const QString &what)
 {
@@ -103,15 +104,18 @@ public:
     }
     QByteArray respond(const QByteArray &) override
     {
-        is_complete_ = false;
+        if (is_refused_)
+            refuse_challenge();
+        is_refused_ = true;
         return {};
     }
-    bool is_complete() const override { return is_complete_; }
+    bool is_complete() const override { return is_complete_ && !is_refused_; }
 
 private:
     QByteArray user_;
     QByteArray token_;
     bool is_complete_ = false;
+    bool is_refused_ = false;
 };
 
 bool is_offered(const QList<QByteArray> &offered, QByteArrayView name)
@@ -168,6 +172,8 @@ QByteArray SaslTalk::opening(bool takes_initial_response, qsizetype longest)
 
 QByteArray SaslTalk::answer(const QByteArray &challenge)
 {
+    if (++answers_ > most_answers)
+        refuse_challenge();
     if (unsaid_)
         return std::exchange(unsaid_, std::nullopt)->toBase64();
     const auto decoded = QByteArray::fromBase64Encoding(challenge.trimmed(),

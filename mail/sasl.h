@@ -47,11 +47,13 @@ public:
     /// What stands behind the command: "PLAIN AGFubgB4", or "PLAIN" alone when the server speaks
     /// first, takes no initial response, or it is longer than `longest` characters.
     QByteArray opening(bool takes_initial_response, qsizetype longest = 12'000);
-    /// The line that answers a challenge. @throws as respond(), and when it is no base64.
+    /// The line that answers a challenge. @throws as respond(), when it is no base64, and when the
+    /// server goes on and on.
     QByteArray answer(const QByteArray &challenge);
     bool is_complete() const { return exchange_->is_complete(); }
 
 private:
     std::unique_ptr<SaslExchange> exchange_;
     std::optional<QByteArray> unsaid_; // the initial response, until it goes out
+    int answers_ = 0;
 };

@@ -19,6 +19,9 @@ constexpr int slice = 40;                       // milliseconds
 constexpr qsizetype least_progress = 16 * 1024; // in the time of one patience
 constexpr qint64 most_unsent = qint64(64) * 1024;
 constexpr int longest_words = 300;
+constexpr int patience_for_an_answer = 10; // times that for a line
+// What a server sends faster than it is read waits with the server.
+constexpr qint64 most_unread = qint64(1024) * 1024;
 
 // Letters that turn the direction of a text or do not show are no better than control characters.
 bool is_hidden(QChar c)
@@ -61,8 +64,10 @@ bool is_this_machine(const QHostAddress &peer, const QHostAddress &local)
 ServerConnection::ServerConnection(MailServer server, NetworkConditions conditions)
     : server_(std::move(server)),
       conditions_(std::move(conditions)),
-      socket_(std::make_unique<QSslSocket>())
+      socket_(std::make_unique<QSslSocket>()),
+      usual_patience_(conditions_.patience)
 {
+    begin_answer();
 }
 
 ServerConnection::~ServerConnection()
@@ -89,6 +94,8 @@ void ServerConnection::open()
         ::close(line.descriptor);
         fail(step_, socket_->errorString());
     }
+    socket_->setReadBufferSize(most_unread);
+    begin_answer();
     if (server_.security == LineSecurity::Tls)
         encrypt();
 }
@@ -125,6 +132,7 @@ void ServerConnection::encrypt()
     wait_until(
         QDeadlineTimer(conditions_.patience), [this] { return socket_->isEncrypted(); },
         [this](int time) { socket_->waitForEncrypted(time); });
+    begin_answer();
 }
 
 bool ServerConnection::is_encrypted() const
@@ -152,6 +160,7 @@ void ServerConnection::write(const QByteArray &bytes)
             QDeadlineTimer(conditions_.patience), [&] { return unsent() <= goal; },
             [this](int time) { socket_->waitForBytesWritten(time); });
     }
+    begin_answer();
 }
 
 QByteArray ServerConnection::read_line(qsizetype limit)
@@ -195,6 +204,7 @@ QByteArray ServerConnection::take(qsizetype count)
 // Moves what the socket holds into the buffer. @return whether there was anything.
 bool ServerConnection::pull()
 {
+    socket_->flush(); // also decrypts what had no room before
     const QByteArray fresh = socket_->readAll();
     if (fresh.isEmpty())
         return false;
@@ -210,12 +220,33 @@ ServerConnection::Patience ServerConnection::new_patience() const
     return {QDeadlineTimer(conditions_.patience), received_ + least_progress};
 }
 
-// A server that sends a byte now and then does not begin a new time with each.
+void ServerConnection::set_patience(std::chrono::milliseconds patience)
+{
+    conditions_.patience = patience;
+    begin_answer();
+}
+
+void ServerConnection::begin_answer()
+{
+    answer_time_ = patience_for_an_answer * usual_patience_;
+    answer_goal_ = received_ + least_progress;
+}
+
+// A server that sends a byte now and then does not begin a new time with each, nor one that sends a
+// line now and then. Only waiting counts: the caller may have been busy in between.
 void ServerConnection::wait_for_more(Patience &patience)
 {
+    using Clock = std::chrono::steady_clock;
+    if (answer_time_ <= Clock::duration::zero())
+        fail_as<ServerSilent>(step_, QStringLiteral("the server did not end its answer within ") +
+                                         seconds(patience_for_an_answer * usual_patience_));
+    const Clock::time_point begin = Clock::now();
     wait_until(
         patience.end, [this] { return pull(); },
         [this](int time) { socket_->waitForReadyRead(time); });
+    answer_time_ -= Clock::now() - begin;
+    if (received_ >= answer_goal_)
+        begin_answer();
     if (received_ >= patience.goal)
         patience = new_patience();
 }
@@ -227,8 +258,8 @@ void ServerConnection::wait_until(const QDeadlineTimer &end, const std::function
         if (socket_->state() != QAbstractSocket::ConnectedState)
             report_lost();
         if (end.hasExpired())
-            fail(step_, QStringLiteral("the server did not answer within ") +
-                            seconds(conditions_.patience));
+            fail_as<ServerSilent>(step_, QStringLiteral("the server did not answer within ") +
+                                             seconds(conditions_.patience));
         wait(slice);
         give_turn();
     }
@@ -261,6 +292,7 @@ void ServerConnection::report_lost() const
 void ServerConnection::hurry(std::chrono::milliseconds patience)
 {
     conditions_.patience = std::min(conditions_.patience, patience);
+    usual_patience_ = std::min(usual_patience_, patience);
 }
 
 void ServerConnection::close()
@@ -286,13 +318,17 @@ void ServerConnection::fail(const QString &step, const QString &words) const
     fail_as<RuntimeError>(step, words);
 }
 
-QString ServerConnection::described(const QString &step, const QString &words) const
+QString ServerConnection::without_secrets(const QString &words) const
 {
     const bool repeats_secret = std::ranges::any_of(secrets_, [&words](const QByteArray &secret) {
         return words.contains(QString::fromUtf8(secret));
     });
+    return repeats_secret ? QStringLiteral("its answer repeats a secret and is not shown") : words;
+}
+
+QString ServerConnection::described(const QString &step, const QString &words) const
+{
     return QStringLiteral("The mail server '%1' (port %2), %3: %4")
         .arg(readable(server_.host), QString::number(server_.port), step,
-             repeats_secret ? QStringLiteral("its answer repeats a secret and is not shown")
-                            : readable(words));
+             readable(without_secrets(words)));
 }

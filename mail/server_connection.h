@@ -36,13 +36,22 @@ public:
     using RuntimeError::RuntimeError;
 };
 
+/// The server did not answer in time.
+class ServerSilent : public RuntimeError
+{
+public:
+    using RuntimeError::RuntimeError;
+};
+
 /// Whether a line between these two ends does not leave this machine.
 bool is_this_machine(const QHostAddress &peer, const QHostAddress &local);
 
 /// A line to a mail server, over TCP and TLS 1.2 or later. The certificate chain and the host name
 /// are always verified. Blocks its caller; every wait ends after the conditions' patience: a line,
-/// or 16 KiB of it or of bytes, must have come by then. Every failure is RuntimeError 32000 that
-/// names the server, the step and the reason; LineLost when an open line broke.
+/// or 16 KiB of it or of bytes, must have come by then. All waits for the answer to what was
+/// written, of however many lines, end after ten times as long, or begin anew with 16 KiB. Every
+/// failure is RuntimeError 32000 that names the server, the step and the reason; LineLost when an
+/// open line broke, ServerSilent when a wait was too long.
 class ServerConnection
 {
 public:
@@ -52,8 +61,8 @@ public:
     ServerConnection(const ServerConnection &) = delete;
     ServerConnection &operator=(const ServerConnection &) = delete;
 
-    /// From now on each step bears a silence of this length.
-    void set_patience(std::chrono::milliseconds patience) { conditions_.patience = patience; }
+    /// From now on each step bears a silence of this length; another answer is waited for.
+    void set_patience(std::chrono::milliseconds patience);
     /// Names what is done from now on ("logging in"): the step in failures of the line itself.
     void begin(const QString &step);
     const QString &step() const { return step_; }
@@ -85,6 +94,10 @@ public:
 
     /// From now on a server's words that repeat `secret` are not shown in failures.
     void hide(const QByteArray &secret);
+
+    /// The server's words, or that they are not shown when they repeat a secret. For words that are
+    /// told otherwise than by fail(), before they are cut.
+    QString without_secrets(const QString &words) const;
 
     /// Throws the failure of a step ("logging in") with the server's words, control characters
     /// taken out and cut to a readable length; never names a secret.
@@ -118,6 +131,7 @@ private:
     QSslConfiguration tls_configuration() const;
     void encrypt();
     Patience new_patience() const;
+    void begin_answer();
     void wait_for_more(Patience &patience);
     void wait_until(const QDeadlineTimer &end, const std::function<bool()> &is_done,
                     const std::function<void(int)> &wait);
@@ -135,5 +149,8 @@ private:
     QByteArray buffer_; // received and from at_ on not yet read
     qsizetype at_ = 0;
     qint64 received_ = 0;
+    std::chrono::milliseconds usual_patience_;
+    std::chrono::steady_clock::duration answer_time_{}; // that is left to wait for an answer,
+    qint64 answer_goal_ = 0;                            // until so many bytes have been received
     std::chrono::steady_clock::time_point last_turn_;
 };

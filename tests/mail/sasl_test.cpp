@@ -89,6 +89,8 @@ TEST(XOAuth2, CarriesTheTokenAndEndsARefusalWithNothing)
     EXPECT_TRUE(oauth->is_complete());
     EXPECT_EQ(oauth->respond(R"({"status":"401"})"), "");
     EXPECT_FALSE(oauth->is_complete());
+    EXPECT_EQ(refusal([&] { oauth->respond(""); }),
+              "the server asks for more than the sign-on has"); // a refusal has one end
     EXPECT_THROW(choose_sasl({"XOAUTH2"}, token("ann", "to ken")), RuntimeError);
     EXPECT_THROW(choose_sasl({"XOAUTH2"}, token("ann", "token\n")), RuntimeError);
     EXPECT_THROW(choose_sasl({"XOAUTH2"}, token("ann\x01", "token")), RuntimeError);
@@ -209,6 +211,22 @@ TEST(SaslTalk, SendsTheFirstResponseWithTheCommandOrOnRequest)
     EXPECT_TRUE(asked.is_complete());
     EXPECT_EQ(talk().opening(true, 7), "PLAIN"); // too long for the command's line
     EXPECT_EQ(talk().opening(true, 8), "PLAIN AGEAYg==");
+}
+
+TEST(SaslTalk, ComesToAnEnd)
+{
+    class Endless : public SaslExchange
+    {
+        QByteArray name() const override { return "ENDLESS"; }
+        std::optional<QByteArray> initial_response() override { return std::nullopt; }
+        QByteArray respond(const QByteArray &) override { return "go on"; }
+        bool is_complete() const override { return false; }
+    };
+    SaslTalk talk(std::make_unique<Endless>());
+    talk.opening(true);
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(talk.answer(""), QByteArray("go on").toBase64());
+    EXPECT_EQ(refusal([&] { talk.answer(""); }), "the server asks for more than the sign-on has");
 }
 
 TEST(SaslTalk, WrapsChallengesInBase64)

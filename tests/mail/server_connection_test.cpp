@@ -1,9 +1,11 @@
 #include "mail/server_connection.h"
+#include "mail/sign_in_refused.h"
 #include "platform/runtime_error.h"
 #include "tests/mail/servers/certificates.h"
 #include "tests/mail/servers/stub_server.h"
 #include "tests/support/print_qt.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QHostAddress>
 #include <gtest/gtest.h>
@@ -227,6 +229,50 @@ TEST_F(Line, GivesUpAServerThatSendsAByteNowAndThen)
                     .endsWith("the server did not answer within 0.3 seconds"));
 }
 
+TEST_F(Line, GivesUpAnAnswerThatGoesOnLineByLine)
+{
+    const StubServer server([](StubLine &line) {
+        while (line.is_open()) {
+            line.say("* OK still here\r\n");
+            std::this_thread::sleep_for(20ms);
+        }
+    });
+    const auto read_all = [](ServerConnection &line) {
+        while (true)
+            line.read_line();
+    };
+    EXPECT_TRUE(failure(server, LineSecurity::Plain, read_all, 150ms)
+                    .endsWith("the server did not end its answer within 1.5 seconds"));
+    const auto converse = [](ServerConnection &line) { // each command has its own time
+        const QDeadlineTimer end(1'800);
+        while (!end.hasExpired()) {
+            line.write("more\r\n");
+            line.read_line();
+        }
+    };
+    EXPECT_EQ(failure(server, LineSecurity::Plain, converse, 150ms), "none");
+}
+
+TEST_F(Line, ReadsMoreThanItHoldsAtATime)
+{
+    const QByteArray bytes = QByteArray("0123456789abcde\n").repeated(200'000);
+    for (const LineSecurity security : {LineSecurity::Plain, LineSecurity::Tls}) {
+        const StubServer server([&](StubLine &line) {
+            if (security == LineSecurity::Tls)
+                encrypt(line, "good");
+            line.say(bytes);
+            line.say("end\r\n");
+            line.hear();
+        });
+        ServerConnection line(at(server.port(), security), conditions());
+        line.open();
+        std::this_thread::sleep_for(100ms); // the server is ahead
+        EXPECT_EQ(line.read_bytes(16), bytes.first(16));
+        EXPECT_TRUE(line.read_bytes(bytes.size() - 16) == bytes.sliced(16));
+        EXPECT_EQ(line.read_line(), "end");
+    }
+}
+
 TEST_F(Line, SaysThatTheServerSpeaksNoTls)
 {
     const StubServer server([](StubLine &line) {
@@ -331,6 +377,16 @@ TEST_F(Line, NeverShowsASecretThatTheServerRepeats)
         EXPECT_EQ(error.description(), "The mail server 'localhost' (port 143), logging in: its "
                                        "answer repeats a secret and is not shown");
     }
+}
+
+TEST(RefusedSignOns, MayBeForAnotherReasonThanTheCredentials)
+{
+    for (const char *words :
+         {"", "no", "[AUTHENTICATIONFAILED] no", "[AUTH] no", "busy [LIMIT]", "[EXPIRED] no"})
+        EXPECT_TRUE(blames_credentials(words)) << words;
+    for (const char *words : {"[UNAVAILABLE] later", "[inuse] x", "[LIMIT]", "[SERVERBUG] x",
+                              "[IN-USE] x", "[SYS/TEMP] x", "[Sys/Perm] x", "[LOGIN-DELAY] x"})
+        EXPECT_FALSE(blames_credentials(words)) << words;
 }
 
 TEST(ThisMachine, IsWhatALineNeedNotLeave)
