@@ -3,6 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+namespace
+{
+constexpr qint64 largest_size = qint64(1) << 40; // sums of them fit
+}
+
 ImapInbox::ImapInbox(const MailServer &server, const QString &mailbox,
                      std::function<Credentials()> credentials, const NetworkConditions &conditions)
     : server_(server),
@@ -61,7 +66,7 @@ void ImapInbox::list()
             return;
         const ImapFetch fetch = read_fetch(std::move(response));
         if (fetch.uid != 0 && fetch.size >= 0 && !fetch.is_deleted)
-            entries.push_back({fetch.uid, fetch.size, fetch.arrived});
+            entries.push_back({fetch.uid, std::min(fetch.size, largest_size), fetch.arrived});
     };
     if (opened_.exists > 0)
         session_->run("UID FETCH 1:* (UID FLAGS RFC822.SIZE INTERNALDATE)", note);

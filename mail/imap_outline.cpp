@@ -152,7 +152,8 @@ ImapOutline::Part ImapOutline::read_leaf(const ImapValue &structure, const QByte
     const QByteArray subtype = structure.text_at(1).toLower();
     if (is_token(type) && is_token(subtype))
         part.type = type + '/' + subtype;
-    part.size = structure.text_at(6).toLongLong();
+    constexpr qint64 largest_size = qint64(1) << 40; // sums of them fit
+    part.size = std::clamp<qint64>(structure.text_at(6).toLongLong(), 0, largest_size);
     const std::size_t place = place_of_disposition(part.type);
     if (place < structure.items.size())
         part.is_attachment =

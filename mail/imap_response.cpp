@@ -45,7 +45,7 @@ std::optional<qsizetype> cut_announcement(QByteArray &line)
     bool fits = false;
     const qlonglong size = digits.toByteArray().toLongLong(&fits);
     line.truncate(begin > 0 && line[begin - 1] == '~' ? begin - 1 : begin);
-    return fits ? size : longest_response + 1;
+    return fits && size <= longest_response ? size : longest_response + 1;
 }
 
 // Walks the text of a response and takes its literals where they stand.
@@ -254,6 +254,8 @@ QByteArray ImapValue::text_at(std::size_t index) const
 ImapFetch read_fetch(ImapResponse response)
 {
     ImapFetch fetch;
+    for (const QByteArray &piece : std::as_const(response.pieces))
+        fetch.length += piece.size();
     const qsizetype skipped = response.pieces.first().size() - response.rest().size();
     Cursor cursor(response);
     cursor.skip(response.pieces.first().first(skipped));

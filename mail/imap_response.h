@@ -59,6 +59,7 @@ struct ImapFetch
     QDateTime arrived;
     bool is_deleted = false;
     std::optional<ImapValue> structure;
+    qint64 length = 0; // of the response without its literals
     /// BODY sections by what stands in the brackets, in capital letters: "", "1.MIME"; a section
     /// that the message does not have (NIL) is left out.
     std::vector<std::pair<QByteArray, QByteArray>> sections;

@@ -53,6 +53,7 @@ ImapSession::ImapSession(const MailServer &server, const NetworkConditions &cond
 void ImapSession::sign_on(const Credentials &credentials)
 {
     connection_.hide(credentials.secret.toUtf8());
+    connection_.hide(imap_quoted(credentials.secret.toUtf8()).sliced(1).chopped(1));
     connection_.open();
     read_greeting();
     if (server_.security == LineSecurity::StartTls)
@@ -142,7 +143,7 @@ void ImapSession::authenticate_with(SaslTalk talk)
         connection_.write(text + "\r\n");
     };
     if (const auto refusal = finish(send("AUTHENTICATE " + opening), ignore, answer))
-        connection_.fail_as<SignInRefused>(connection_.step(), *refusal);
+        fail_sign_on(connection_, *refusal);
     if (!talk.is_complete())
         connection_.fail(connection_.step(),
                          QStringLiteral("the server has not proved that it knows the password"));
@@ -168,7 +169,7 @@ void ImapSession::log_in(const Credentials &credentials)
             connection_.write(rest.takeFirst() + "\r\n");
     };
     if (const auto refusal = finish(send(command), ignore, go_on))
-        connection_.fail_as<SignInRefused>(connection_.step(), *refusal);
+        fail_sign_on(connection_, *refusal);
 }
 
 ImapMailbox ImapSession::examine(const QString &mailbox)

@@ -19,6 +19,9 @@ constexpr qint64 beginning_limit = qint64(1024) * 1024;
 constexpr qint64 part_limit =
     qint64(32) * 1024 * 1024; // as much as is read of a local message's text
 
+// In all that has come and was not read yet. A server that keeps to what it says stays far below.
+constexpr qint64 most_held = qint64(256) * 1024 * 1024;
+
 QByteArray up_to(qint64 limit)
 {
     return "<0." + QByteArray::number(limit) + '>';
@@ -51,6 +54,7 @@ std::optional<RawMessage> ImapWindow::read(std::size_t index)
         advance();
     }
     Item done = std::exchange(item, new_item(index));
+    held_ -= done.held;
     item.on_demand = true;
     if (!done.refusal.isEmpty())
         session_.connection().fail_as<MessageRefused>(
@@ -75,6 +79,8 @@ void ImapWindow::drop_first_batch()
         item.on_demand = true; // nobody needs what would come next
     while (batches_.front().pending > 0)
         advance();
+    for (const Item &item : batches_.front().items)
+        held_ -= item.held;
     batches_.pop_front();
 }
 
@@ -199,17 +205,53 @@ void ImapWindow::take(ImapFetch fetch)
 // Another program's change of a flag comes as a FETCH too: it has nothing of what was asked for.
 void ImapWindow::take(Item &item, ImapFetch fetch)
 {
+    qint64 taken = 0;
     if (fetch.structure && item.want == Want::Outline) {
         item.structure = std::move(fetch.structure);
         item.has_answer = true;
+        taken += fetch.length;
     }
     for (auto &[section, bytes] : fetch.sections) {
+        if (!is_asked_for(item, section))
+            continue;
+        if (bytes.size() > limit_of(item))
+            bytes = bytes.first(limit_of(item));
+        taken += bytes.size();
         if (item.want == Want::Parts)
             item.contents.insert(section, bytes);
         else
             item.bytes = std::move(bytes);
         item.has_answer = true;
     }
+    item.held += taken;
+    held_ += taken;
+    if (held_ > most_held)
+        session_.connection().fail(session_.connection().step(),
+                                   QStringLiteral("the server sends more than it was asked for"));
+}
+
+// Servers spell the names of header fields in their own ways.
+bool ImapWindow::is_asked_for(const Item &item, const QByteArray &section)
+{
+    if (item.want == Want::Parts)
+        return item.outline->sections().contains(section);
+    return item.want == Want::Outline ? section.startsWith("HEADER.FIELDS") : section.isEmpty();
+}
+
+qint64 ImapWindow::limit_of(const Item &item)
+{
+    switch (item.want) {
+    case Want::Whole:
+        return whole_limit;
+    case Want::Outline:
+        return header_limit;
+    case Want::Parts:
+        return part_limit;
+    case Want::Beginning:
+    case Want::Nothing:
+        break;
+    }
+    return beginning_limit;
 }
 
 void ImapWindow::settle(Batch &batch)

@@ -51,6 +51,7 @@ private:
         std::optional<ImapOutline> outline;
         QHash<QByteArray, QByteArray> contents; // by section
         QString refusal;                        // of this message alone
+        qint64 held = 0;                        // bytes that have come for it
     };
 
     struct Batch
@@ -69,7 +70,9 @@ private:
     static qint64 held_by(const Batch &batch);
     void advance();
     void take(ImapFetch fetch);
-    static void take(Item &item, ImapFetch fetch);
+    void take(Item &item, ImapFetch fetch);
+    static bool is_asked_for(const Item &item, const QByteArray &section);
+    static qint64 limit_of(const Item &item);
     void settle(Batch &batch);
     static void settle(Item &item, const QString &refusal);
     static void settle_answer(Item &item);
@@ -81,5 +84,6 @@ private:
     const std::vector<ImapEntry> &entries_;
     std::list<Batch> batches_;           // in the order of their messages
     QHash<QByteArray, Batch *> pending_; // the commands on their way, by tag
+    qint64 held_ = 0;                    // by all items
     std::size_t next_ = 0;               // the first message that is in no batch yet
 };

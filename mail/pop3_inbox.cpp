@@ -14,6 +14,9 @@ namespace
 {
 constexpr std::size_t most_asked = 100;
 constexpr qint64 most_bytes_asked = qint64(16) * 1024 * 1024;
+constexpr qint64 largest_size = qint64(1) << 30; // larger messages do not exist
+constexpr qint64 least_to_pass_over = qint64(64) * 1024 * 1024;
+constexpr qsizetype longest_identifier = 70; // RFC 1939 section 7
 const QByteArray all_lines = "2147483647";
 
 // When the user's own server took the message: it puts its Received field first.
@@ -88,20 +91,38 @@ std::vector<Pop3Inbox::Entry> Pop3Inbox::list()
         const QByteArrayList words = line.split(' ');
         const quint32 number = words.first().toUInt();
         if (number != 0)
-            entries.push_back({number, words.value(1).toLongLong(), {}});
+            entries.push_back(
+                {number, std::clamp<qint64>(words.value(1).toLongLong(), 0, largest_size), {}});
     });
-    std::ranges::sort(entries, {}, &Entry::number);
+    std::ranges::stable_sort(entries, {}, &Entry::number);
+    const auto same = std::ranges::unique(entries, {}, &Entry::number);
+    entries.erase(same.begin(), same.end());
+    name_entries(entries);
+    return entries;
+}
+
+// An identifier that several messages share tells none of them from the others.
+void Pop3Inbox::name_entries(std::vector<Entry> &entries)
+{
     session_->send("UIDL");
     if (session_->read_status())
-        return entries;
-    session_->read_lines([&entries](const QByteArray &line) {
+        return;
+    QHash<QByteArray, int> uses;
+    session_->read_lines([&](const QByteArray &line) {
         const qsizetype blank = line.indexOf(' ');
         const quint32 number = line.left(std::max<qsizetype>(0, blank)).toUInt();
         const auto entry = std::ranges::lower_bound(entries, number, {}, &Entry::number);
-        if (entry != entries.end() && entry->number == number)
-            entry->identifier = line.sliced(blank + 1);
+        const QByteArray identifier = line.sliced(blank + 1);
+        if (entry == entries.end() || entry->number != number ||
+            identifier.size() > longest_identifier)
+            return;
+        entry->identifier = identifier;
+        ++uses[identifier];
     });
-    return entries;
+    for (Entry &entry : entries) {
+        if (uses.value(entry.identifier) > 1)
+            entry.identifier.clear();
+    }
 }
 
 MessageFields Pop3Inbox::read(int index)
@@ -145,7 +166,7 @@ RawMessage Pop3Inbox::ask_and_read(std::size_t index)
     asked_.pop_front();
     if (const auto refusal = session_->read_status())
         tell_refusal(index, *refusal);
-    Pop3Text text = session_->read_text(longest_message);
+    Pop3Text text = session_->read_text(longest_message, most_to_pass_over(index));
     const QDateTime arrived = received_date(text.bytes);
     return {std::move(text.bytes), arrived, text.bytes_left_out};
 }
@@ -181,10 +202,17 @@ void Pop3Inbox::ask_ahead(std::size_t index)
 void Pop3Inbox::pass_over_asked()
 {
     while (!asked_.empty()) {
+        const std::size_t index = asked_.front();
         asked_.pop_front();
         if (!session_->read_status())
-            session_->read_text(0);
+            session_->read_text(0, most_to_pass_over(index));
     }
+}
+
+// Servers count sizes in more than one way, but a text that goes on and on is none.
+qint64 Pop3Inbox::most_to_pass_over(std::size_t index) const
+{
+    return std::max(least_to_pass_over, 4 * entries_.at(index).size);
 }
 
 // A message that the server no longer lists has gone; else its refusal means something.
@@ -213,8 +241,10 @@ void Pop3Inbox::resume()
     try {
         open();
         QHash<QByteArray, quint32> numbers;
-        for (const Entry &entry : list())
-            numbers.insert(entry.identifier, entry.number);
+        for (const Entry &entry : list()) {
+            if (!entry.identifier.isEmpty())
+                numbers.insert(entry.identifier, entry.number);
+        }
         for (Entry &entry : entries_)
             entry.number = numbers.value(entry.identifier, 0);
     } catch (const RuntimeError &error) {

@@ -40,11 +40,12 @@ private:
     {
         quint32 number = 0; // in this session; 0 once the message has gone
         qint64 size = 0;
-        QByteArray identifier; // in all sessions; empty when the server names none
+        QByteArray identifier; // in all sessions; empty when the server names none of its own
     };
 
     void open();
     std::vector<Entry> list();
+    void name_entries(std::vector<Entry> &entries);
     void open_and_list();
     void give_up(const RuntimeError &error);
     void sign_off();
@@ -53,6 +54,7 @@ private:
     RawMessage ask_and_read(std::size_t index);
     void ask_ahead(std::size_t index);
     void pass_over_asked();
+    qint64 most_to_pass_over(std::size_t index) const;
     [[noreturn]] void tell_refusal(std::size_t index, const QString &words);
     [[noreturn]] void tell_gone(std::size_t index) const;
 

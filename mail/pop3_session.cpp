@@ -130,7 +130,7 @@ void Pop3Session::authenticate_with(SaslTalk talk)
         line = connection_.read_line();
     }
     if (!is_accepted(line))
-        connection_.fail_as<SignInRefused>(connection_.step(), words_of(line));
+        fail_sign_on(connection_, words_of(line));
     if (!talk.is_complete())
         connection_.fail(connection_.step(),
                          QStringLiteral("the server has not proved that it knows the password"));
@@ -147,7 +147,7 @@ void Pop3Session::log_in(const Credentials &credentials)
     run("USER " + user);
     send("PASS " + password);
     if (const auto refusal = read_status())
-        connection_.fail_as<SignInRefused>(connection_.step(), *refusal);
+        fail_sign_on(connection_, *refusal);
 }
 
 void Pop3Session::send(const QByteArray &command)
@@ -168,7 +168,7 @@ void Pop3Session::run(const QByteArray &command)
         connection_.fail(connection_.step(), *refusal);
 }
 
-Pop3Text Pop3Session::read_text(qint64 limit)
+Pop3Text Pop3Session::read_text(qint64 limit, qint64 most_left_out)
 {
     Pop3Text text;
     bool is_new_line = true;
@@ -183,6 +183,8 @@ Pop3Text Pop3Session::read_text(qint64 limit)
         const qsizetype kept = std::min<qint64>(piece.size(), limit - text.bytes.size());
         text.bytes.append(piece.constData(), kept);
         text.bytes_left_out += piece.size() - kept;
+        if (text.bytes_left_out > most_left_out)
+            connection_.fail(connection_.step(), QStringLiteral("the server's text does not end"));
     }
 }
 

@@ -32,7 +32,8 @@ public:
     /// Reads the answer's first line. @return the server's words when it refused, else nothing.
     std::optional<QString> read_status();
     /// Reads the lines that follow, dots taken off; beyond `limit` bytes they are left out.
-    Pop3Text read_text(qint64 limit);
+    /// @throws when more than `most_left_out` bytes are; the line is of no more use then.
+    Pop3Text read_text(qint64 limit, qint64 most_left_out);
     /// The same, handing over each line without its end. @throws when a line is longer than 64 KiB.
     void read_lines(const std::function<void(const QByteArray &line)> &on_line);
     /// Says good-bye without failing. @param waits  whether for the answer, which then is the next

@@ -1,5 +1,6 @@
 // IMAP against servers that do what a good one does not.
 #include "mail/imap_inbox.h"
+#include "mail/sign_in_refused.h"
 #include "tests/mail/servers/certificates.h"
 #include "tests/mail/servers/stub_server.h"
 #include "tests/support/print_qt.h"
@@ -243,6 +244,42 @@ TEST_F(StubImap, TellsRefusalsInTheServersWords)
     EXPECT_EQ(outcome(stub), QStringList{"connecting: this is no IMAP server"});
 }
 
+TEST_F(StubImap, BlamesThePasswordOnlyWhenTheServerDoes)
+{
+    for (const QByteArray &offer :
+         {capabilities, QByteArray("* CAPABILITY IMAP4rev1\r\nTAG OK x\r\n")}) {
+        const auto fetch = [&](const QByteArray &answer) {
+            const StubServer stub([&](StubLine &line) { speak(line, {offer, answer}); });
+            inbox(stub).fetch();
+        };
+        EXPECT_THROW(fetch("TAG NO [AUTHENTICATIONFAILED] wrong\r\n"), SignInRefused);
+        EXPECT_THROW(fetch("TAG NO wrong\r\n"), SignInRefused);
+        for (const char *code : {"UNAVAILABLE", "INUSE", "LIMIT"}) {
+            try {
+                fetch(QByteArray("TAG NO [") + code + "] later\r\n");
+                FAIL() << "signed on";
+            } catch (const SignInRefused &) {
+                FAIL() << code;
+            } catch (const RuntimeError &error) {
+                EXPECT_TRUE(error.description().endsWith("] later")) << error.what();
+            }
+        }
+    }
+}
+
+TEST_F(StubImap, ShowsNoSecretInTheFormThatACommandHolds)
+{
+    const StubServer stub([](StubLine &line) {
+        speak(line, {"* CAPABILITY IMAP4rev1\r\nTAG OK x\r\n",
+                     R"(TAG BAD what is LOGIN "ann" "a \"b\" \\c"?)"
+                     "\r\n"});
+    });
+    ImapInbox reader =
+        inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "a \"b\" \\c"});
+    EXPECT_EQ(outcome(reader),
+              QStringList{"logging in: its answer repeats a secret and is not shown"});
+}
+
 TEST_F(StubImap, SendsNoPasswordWhereTheEncryptionWasStruckOut)
 {
     for (const QByteArrayList &answers :
@@ -366,6 +403,18 @@ TEST_F(StubImap, SignsOnWithATokenAndTellsItsRefusal)
     EXPECT_EQ(outcome(refused), QStringList{"logging in: expired"});
 }
 
+TEST_F(StubImap, EndsASignOnThatTheServerDoesNotEnd)
+{
+    const StubServer stub([](StubLine &line) {
+        speak(line, {"* CAPABILITY IMAP4rev1 AUTH=XOAUTH2 SASL-IR\r\nTAG OK x\r\n"});
+        for (int i = 0; i < 100 && line.is_open(); ++i)
+            line.answer("+ \r\n");
+    });
+    ImapInbox reader = inbox(stub, LineSecurity::Plain, {SignInKind::Token, "ann", "t0ken"});
+    EXPECT_EQ(outcome(reader),
+              QStringList{"logging in: the server asks for more than the sign-on has"});
+}
+
 TEST_F(StubImap, BelievesNoSignOnThatIsNotProved)
 {
     EXPECT_EQ(outcome_of(
@@ -380,6 +429,39 @@ TEST_F(StubImap, TakesAnswersInAnyOrderAndPassesOverTheRest)
         "* 4 EXISTS\r\n* 2 EXPUNGE\r\n* 1 FETCH (UID 6 FLAGS (\\Seen))\r\n* SEARCH 1 2\r\n" +
         message("9") + message("77") + message("6") + message("5") + "TAG OK fetched\r\n";
     EXPECT_EQ(outcome_of(answers), all);
+}
+
+TEST_F(StubImap, KeepsNothingThatItDidNotAskFor)
+{
+    QByteArrayList answers = good;
+    answers[4].replace("text\r\n)", "text\r\n BODY[2] {11}\r\nSubject: no BODY[TEXT] \"x\")");
+    EXPECT_EQ(outcome_of(answers), all);
+    answers[4] = "* 1 FETCH (UID 5 BODY[HEADER] \"Subject: no\")\r\nTAG OK x\r\n";
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    ImapInbox reader = inbox(stub);
+    reader.fetch();
+    EXPECT_THROW(reader.read(0), MessageGone);
+}
+
+TEST_F(StubImap, KeepsNoMoreThanItAskedFor)
+{
+    // The long line ends beyond what is asked for; no half line is shown.
+    const auto large = [](int size) {
+        const QByteArray text =
+            "Subject: large\r\n\r\nshort\r\n" + QByteArray(size, 'x') + "\r\nend\r\n";
+        return QByteArray("* 1 FETCH (UID 5 BODY[]<0> {") + QByteArray::number(text.size()) +
+               "}\r\n" + text + ")\r\nTAG OK fetched\r\n";
+    };
+    QByteArrayList answers = good;
+    answers[4] = large(50'000);
+    answers[5] = large(1'500'000);
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    ImapInbox reader = inbox(stub);
+    reader.fetch();
+    const MessageFields fields = reader.read(0);
+    EXPECT_EQ(fields.subject, "large");
+    EXPECT_TRUE(fields.text.startsWith("short\r\n"));
+    EXPECT_EQ(fields.text.count(u'x'), 0);
 }
 
 TEST_F(StubImap, RefusesAnswersToWhatItDidNotAsk)

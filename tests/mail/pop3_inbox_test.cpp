@@ -1,5 +1,6 @@
 // POP3 against servers that do what a good one does not.
 #include "mail/pop3_inbox.h"
+#include "mail/sign_in_refused.h"
 #include "tests/mail/servers/certificates.h"
 #include "tests/mail/servers/stub_server.h"
 #include "tests/support/print_qt.h"
@@ -174,6 +175,18 @@ TEST_F(StubPop3, SendsALongTokenOnlyWhenItIsAskedFor)
     EXPECT_TRUE(said[2].startsWith("[clear] dXNlcj1hbm4B"));
 }
 
+TEST_F(StubPop3, EndsASignOnThatTheServerDoesNotEnd)
+{
+    const StubServer stub([](StubLine &line) {
+        speak(line, {"+OK\r\nTOP\r\nSASL XOAUTH2\r\n.\r\n"});
+        for (int i = 0; i < 100 && line.is_open(); ++i)
+            line.answer("+ \r\n");
+    });
+    Pop3Inbox reader = inbox(stub, LineSecurity::Plain, {SignInKind::Token, "ann", "t0ken"});
+    EXPECT_EQ(outcome(reader),
+              QStringList{"logging in: the server asks for more than the sign-on has"});
+}
+
 struct Phase
 {
     int answers; // that are given
@@ -246,6 +259,94 @@ TEST_F(StubPop3, DoesNotGoOnWithoutIdentifiers)
     EXPECT_EQ(outcome(stub),
               (QStringList{"message 1", "reading the messages: the server closed the line"}));
     EXPECT_EQ(stub.lines(), 1);
+}
+
+TEST_F(StubPop3, DoesNotGoOnWithIdentifiersThatTellNothing)
+{
+    for (const QByteArray &names : {QByteArray("1 first\r\n2 " + QByteArray(71, 'i') + "\r\n"),
+                                    QByteArray("1 same\r\n2 same\r\n")}) {
+        QByteArrayList answers = good.first(6);
+        answers[4] = "+OK\r\n" + names + ".\r\n";
+        const StubServer stub([&](StubLine &line) { speak(line, answers); });
+        EXPECT_EQ(outcome(stub),
+                  (QStringList{"message 1", "reading the messages: the server closed the line"}));
+        EXPECT_EQ(stub.lines(), 1);
+    }
+}
+
+TEST_F(StubPop3, TakesNoOtherMessageForOneWithoutIdentifier)
+{
+    std::atomic<int> lines = 0;
+    const StubServer stub([&](StubLine &line) {
+        if (++lines == 1) {
+            speak(line, {capabilities, "+OK in\r\n", capabilities,
+                         "+OK\r\n1 60\r\n2 60\r\n3 60\r\n.\r\n", identifiers, message("1")});
+            line.answer(message("2").chopped(20));
+        } else {
+            speak(line, {capabilities, "+OK in\r\n", capabilities, "+OK\r\n7 60\r\n8 60\r\n.\r\n",
+                         "+OK\r\n7 second\r\n.\r\n", message("2"), message("other")});
+        }
+    });
+    Pop3Inbox reader = inbox(stub);
+    reader.fetch();
+    EXPECT_EQ(reader.read(0).subject, "message 1");
+    EXPECT_EQ(reader.read(1).subject, "message 2");
+    EXPECT_THROW(reader.read(2), MessageGone);
+}
+
+TEST_F(StubPop3, TakesAListWithoutSense)
+{
+    QByteArrayList answers = good;
+    answers[2] = "+OK\r\nTOP\r\nPIPELINING\r\n.\r\n";
+    answers[3] = "+OK\r\n2 9223372036854775807\r\n1 9223372036854775807\r\n2 7\r\n"
+                 "0 1\r\nx\r\n.\r\n";
+    EXPECT_EQ(outcome_of(answers), all);
+}
+
+TEST_F(StubPop3, ATextWithoutEndIsNotReadForever)
+{
+    const StubServer stub([](StubLine &line) {
+        const QByteArray text = QByteArray("without end\r\n").repeated(100);
+        while (line.is_open())
+            line.say(text);
+    });
+    MailServer server;
+    server.host = "localhost";
+    server.port = stub.port();
+    server.security = LineSecurity::Plain;
+    Pop3Session session(server, {3s, [] {}, {}});
+    session.connection().open();
+    try {
+        session.read_text(1'000, 100'000);
+        FAIL() << "came to an end";
+    } catch (const RuntimeError &error) {
+        EXPECT_TRUE(error.description().endsWith("the server's text does not end")) << error.what();
+    }
+    EXPECT_LT(session.connection().received(), 3'000'000);
+}
+
+TEST_F(StubPop3, BlamesThePasswordOnlyWhenTheServerDoes)
+{
+    for (const QByteArrayList &begin :
+         {QByteArrayList{capabilities}, QByteArrayList{"-ERR\r\n", "+OK\r\n"}}) {
+        const auto fetch = [&](const QByteArray &answer) {
+            const StubServer stub(
+                [&](StubLine &line) { speak(line, begin + QByteArrayList{answer}); });
+            inbox(stub).fetch();
+        };
+        EXPECT_THROW(fetch("-ERR [AUTH] wrong\r\n"), SignInRefused);
+        EXPECT_THROW(fetch("-ERR wrong\r\n"), SignInRefused);
+        for (const char *code : {"IN-USE", "SYS/TEMP", "LOGIN-DELAY"}) {
+            try {
+                fetch(QByteArray("-ERR [") + code + "] later\r\n");
+                FAIL() << "signed on";
+            } catch (const SignInRefused &) {
+                FAIL() << code;
+            } catch (const RuntimeError &error) {
+                EXPECT_TRUE(error.description().endsWith("] later")) << error.what();
+            }
+        }
+    }
 }
 
 TEST_F(StubPop3, TellsRefusalsInTheServersWords)
