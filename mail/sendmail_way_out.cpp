@@ -96,15 +96,23 @@ std::vector<RecipientFate> SendmailWayOut::hand_over(const QString &sender,
                                                      const QByteArray &message)
 {
     const QByteArray input = QByteArray(message).replace("\r\n", "\n");
+    const RecipientFate not_tried{
+        {}, Fate::NotTried, QStringLiteral("the program hung before it was their turn")};
     std::vector<RecipientFate> fates(static_cast<std::size_t>(recipients.size()));
+    bool has_hung = false; // it would again, at the cost of another wait
     for (const Envelope &envelope : envelopes_for(recipients)) {
         QStringList arguments = {QStringLiteral("-i"), QStringLiteral("-f"), sender,
                                  QStringLiteral("--")};
         for (const qsizetype place : envelope)
             arguments += recipients[place];
-        RecipientFate fate =
-            fate_of(run_program(program_, arguments, input,
-                                patience_as_a_server * conditions_.patience, conditions_.turn));
+        RecipientFate fate = not_tried;
+        if (!has_hung) {
+            const ProgramEnd end =
+                run_program(program_, arguments, input, patience_as_a_server * conditions_.patience,
+                            conditions_.turn);
+            has_hung = end.kind == ProgramEnd::Kind::TimedOut;
+            fate = fate_of(end);
+        }
         for (const qsizetype place : envelope) {
             fate.recipient = recipients[place];
             fates[static_cast<std::size_t>(place)] = fate;

@@ -14,7 +14,7 @@ QString find_sendmail(const QString &named);
 /// A program that ends with exit code 0 has taken the message for all recipients of the envelope;
 /// another exit code refuses all (EX_TEMPFAIL, 75, for the moment). A program without a sign of
 /// life for ten times the conditions' patience is ended, with all that it started: nobody knows
-/// what it did.
+/// what it did, and it is not run again for the other envelopes.
 class SendmailWayOut : public MailWayOut
 {
 public:

@@ -74,6 +74,7 @@ void SmtpDelivery::run(SmtpSession &session)
             offer(session);
         }
     } catch (const RuntimeError &error) {
+        has_lost_content_ = !under_way_.empty();
         set_fates(under_way_, Fate::Unknown, error.description());
         under_way_.clear();
         throw;
@@ -111,7 +112,7 @@ void SmtpDelivery::offer(SmtpSession &session)
     if (under_way_.empty())
         session.begin(naming);
     const std::vector<SmtpReply> replies = name_everybody(session);
-    const Envelope taken = taken_of(replies);
+    const Envelope taken = taken_of(session, replies);
     if (taken.empty()) {
         conclude();
         session.command("RSET");
@@ -126,7 +127,7 @@ std::vector<SmtpReply> SmtpDelivery::name_everybody(SmtpSession &session)
     std::vector<SmtpReply> replies; // to MAIL, then to each RCPT
     const auto keep = [&](const SmtpReply &reply) {
         if (reply.is_farewell())
-            session.fail(reply.words());
+            session.fail(reply);
         replies.push_back(reply);
     };
     std::vector<SmtpStep> steps;
@@ -140,11 +141,11 @@ std::vector<SmtpReply> SmtpDelivery::name_everybody(SmtpSession &session)
 }
 
 // Notes down who is refused. @return the others.
-Envelope SmtpDelivery::taken_of(const std::vector<SmtpReply> &replies)
+Envelope SmtpDelivery::taken_of(const SmtpSession &session, const std::vector<SmtpReply> &replies)
 {
     const Envelope &envelope = due_.front();
     if (!replies.front().is_positive()) {
-        set_fates(envelope, replies.front());
+        set_fates(envelope, replies.front(), session);
         return {};
     }
     Envelope taken;
@@ -152,7 +153,7 @@ Envelope SmtpDelivery::taken_of(const std::vector<SmtpReply> &replies)
         if (replies[i + 1].is_positive())
             taken.push_back(envelope[i]);
         else
-            set_fates({envelope[i]}, replies[i + 1]);
+            set_fates({envelope[i]}, replies[i + 1], session);
     }
     return taken;
 }
@@ -161,14 +162,15 @@ void SmtpDelivery::announce(SmtpSession &session, const Envelope &taken)
 {
     session.begin(QStringLiteral("sending the message"));
     const SmtpReply reply = session.command("DATA");
-    if (reply.is_farewell())
-        session.fail(reply.words());
+    // A server that has "taken" a message which it was not sent cannot be understood.
+    if (reply.is_farewell() || reply.is_positive())
+        session.fail(reply);
     conclude();
     if (reply.code == go_ahead) {
         under_way_ = taken;
         return;
     }
-    set_fates(taken, reply);
+    set_fates(taken, reply, session);
     session.command("RSET");
 }
 
@@ -176,10 +178,10 @@ SmtpStep SmtpDelivery::content_step(SmtpSession &session)
 {
     return {content_,
             [this, &session](const SmtpReply &reply) {
-                set_fates(under_way_, reply);
+                set_fates(under_way_, reply, session);
                 under_way_.clear();
                 if (reply.is_farewell())
-                    session.fail(reply.words());
+                    session.fail(reply);
                 session.begin(naming);
             },
             patience_for_content};
@@ -244,8 +246,9 @@ void SmtpDelivery::set_fates(const Envelope &envelope, Fate fate, const QString 
     }
 }
 
-void SmtpDelivery::set_fates(const Envelope &envelope, const SmtpReply &reply)
+void SmtpDelivery::set_fates(const Envelope &envelope, const SmtpReply &reply,
+                             const SmtpSession &session)
 {
     const Fate fate = fate_of(reply);
-    set_fates(envelope, fate, fate == Fate::Accepted ? QString() : reply.words());
+    set_fates(envelope, fate, fate == Fate::Accepted ? QString() : session.words_of(reply));
 }

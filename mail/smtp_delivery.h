@@ -23,6 +23,9 @@ public:
     bool is_done() const { return due_.empty(); }
     /// How many envelopes have been dealt with.
     int concluded() const { return concluded_; }
+    /// Whether a session broke off before it answered a message's content: nobody knows what became
+    /// of it.
+    bool has_lost_content() const { return has_lost_content_; }
     /// Nobody's turn comes any more, for this reason.
     void give_up(const QString &why);
 
@@ -33,7 +36,7 @@ private:
     void refuse_beyond_ascii();
     void offer(SmtpSession &session);
     std::vector<SmtpReply> name_everybody(SmtpSession &session);
-    Envelope taken_of(const std::vector<SmtpReply> &replies);
+    Envelope taken_of(const SmtpSession &session, const std::vector<SmtpReply> &replies);
     void announce(SmtpSession &session, const Envelope &taken);
     SmtpStep content_step(SmtpSession &session);
     void finish_content(SmtpSession &session);
@@ -41,7 +44,7 @@ private:
     QByteArray mail_command(const SmtpSession &session) const;
     void conclude();
     void set_fates(const Envelope &envelope, Fate fate, const QString &words);
-    void set_fates(const Envelope &envelope, const SmtpReply &reply);
+    void set_fates(const Envelope &envelope, const SmtpReply &reply, const SmtpSession &session);
     RecipientFate &fate_at(qsizetype place) { return fates_[static_cast<std::size_t>(place)]; }
 
     QByteArray sender_;
@@ -52,6 +55,7 @@ private:
     std::deque<Envelope> due_;
     Envelope under_way_; // whose content goes out with the next step
     bool is_second_round_ = false;
+    bool has_lost_content_ = false;
     int concluded_ = 0;
 };
 

@@ -31,10 +31,9 @@ bool goes_on(const QByteArray &line)
 }
 } // namespace
 
-QString SmtpReply::words() const
+QString SmtpReply::text() const
 {
-    return harmless_text(QString::number(code) + u' ' +
-                         QString::fromUtf8(lines.join(' ')).trimmed());
+    return QString::number(code) + u' ' + QString::fromUtf8(lines.join(' ')).trimmed();
 }
 
 SmtpReply read_smtp_reply(ServerConnection &line)
@@ -43,8 +42,9 @@ SmtpReply read_smtp_reply(ServerConnection &line)
     for (;;) {
         const QByteArray text = line.read_line(longest_line);
         if (!is_reply_line(text))
-            line.fail(line.step(), QStringLiteral("what the server says is no answer: %1")
-                                       .arg(harmless_text(QString::fromUtf8(text))));
+            line.fail(line.step(),
+                      QStringLiteral("what the server says is no answer: %1")
+                          .arg(harmless_text(line.without_secrets(QString::fromUtf8(text)))));
         reply.code = text.left(code_length).toInt();
         reply.lines += text.mid(code_length + 1);
         if (!goes_on(text))

@@ -16,8 +16,8 @@ struct SmtpReply
     bool is_for_the_moment() const { return code / 100 == 4; }
     /// The server closes the line with this answer.
     bool is_farewell() const { return code == 421; }
-    /// For a person: "550 5.1.1 no such user".
-    QString words() const;
+    /// As the server sent it, on one line: "550 5.1.1 no such user".
+    QString text() const;
 };
 
 /// Reads an answer, of one line or several.

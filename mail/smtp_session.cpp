@@ -16,7 +16,6 @@ constexpr int ready = 220;
 constexpr int signed_on = 235;
 constexpr int refused_credentials = 535; // RFC 4954 6
 constexpr int go_on = 334;
-constexpr int most_challenges = 10;
 // RFC 4954 4: a longer initial response does not go on the command's line.
 constexpr qsizetype longest_opening =
     512 - qsizetype(sizeof "AUTH " - 1) - qsizetype(sizeof "\r\n" - 1);
@@ -50,7 +49,7 @@ SmtpSession::SmtpSession(MailServer server, const std::function<Credentials()> &
     begin(QStringLiteral("greeting the server"));
     const SmtpReply welcome = read_smtp_reply(line_);
     if (welcome.code != ready)
-        fail(welcome.words());
+        fail(welcome);
     greet();
     if (server_.security == LineSecurity::StartTls)
         encrypt();
@@ -62,7 +61,7 @@ void SmtpSession::greet()
 {
     const SmtpReply reply = command("EHLO " + own_name);
     if (!reply.is_positive())
-        fail(reply.words());
+        fail(reply);
     extensions_.clear();
     for (const QByteArray &line : reply.lines.mid(1)) {
         // "AUTH=PLAIN" is an old way to write "AUTH PLAIN".
@@ -82,7 +81,7 @@ void SmtpSession::encrypt()
             "for"));
     const SmtpReply reply = command("STARTTLS");
     if (reply.code != ready)
-        fail(reply.words());
+        fail(reply);
     line_.start_tls();
     begin(QStringLiteral("greeting the server"));
     greet(); // what was said on the plain line does not count (RFC 3207 4.2)
@@ -107,7 +106,8 @@ void SmtpSession::sign_on(const std::function<Credentials()> &credentials)
 void SmtpSession::sign_on_with(const Credentials &credentials)
 {
     line_.hide(credentials.secret.toUtf8());
-    auto exchange = choose_sasl(offered_mechanisms(), credentials);
+    auto exchange =
+        line_.telling_failure([&] { return choose_sasl(offered_mechanisms(), credentials); });
     if (!exchange)
         fail(QStringLiteral("the server offers no way to sign on that is known here; it offers: %1")
                  .arg(harmless_text(QString::fromLatin1(extensions_.value("AUTH", "none")))));
@@ -116,16 +116,16 @@ void SmtpSession::sign_on_with(const Credentials &credentials)
     if (const qsizetype blank = opening.indexOf(' '); blank >= 0)
         line_.hide(opening.mid(blank + 1));
     SmtpReply reply = command("AUTH " + opening);
-    for (int count = 0; reply.code == go_on && count < most_challenges; ++count) {
+    while (reply.code == go_on) {
         const QByteArray answer =
             line_.telling_failure([&] { return talk.answer(reply.lines.constLast()); });
         line_.hide(answer);
         reply = command(answer);
     }
     if (reply.code == refused_credentials)
-        line_.fail_as<SignInRefused>(line_.step(), reply.words());
+        line_.fail_as<SignInRefused>(line_.step(), words_of(reply));
     if (reply.code != signed_on)
-        fail(reply.words());
+        fail(reply);
     if (!talk.is_complete())
         fail(QStringLiteral("the server has not proved that it knows the password"));
 }
@@ -135,6 +135,11 @@ std::optional<qint64> SmtpSession::largest_message() const
     bool is_number = false;
     const qint64 size = extensions_.value("SIZE").toLongLong(&is_number);
     return is_number && size > 0 ? std::optional(size) : std::nullopt;
+}
+
+QString SmtpSession::words_of(const SmtpReply &reply) const
+{
+    return harmless_text(line_.without_secrets(reply.text()));
 }
 
 SmtpReply SmtpSession::command(const QByteArray &command)

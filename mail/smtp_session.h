@@ -40,6 +40,9 @@ public:
     void go_through(const std::vector<SmtpStep> &steps);
     /// Takes leave. Never fails.
     void quit();
+    /// An answer for a person: "550 5.1.1 no such user"; nothing of it when it repeats a secret.
+    QString words_of(const SmtpReply &reply) const;
+    [[noreturn]] void fail(const SmtpReply &reply) const { fail(words_of(reply)); }
     [[noreturn]] void fail(const QString &words) const { line_.fail(line_.step(), words); }
 
 private:

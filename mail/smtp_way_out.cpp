@@ -30,10 +30,14 @@ std::vector<RecipientFate> SmtpWayOut::hand_over(const QString &sender,
             SmtpSession session(server_, credentials_, conditions_);
             delivery.run(session);
             session.quit();
+        } catch (const ServerSilent &error) { // the next wait would be as long
+            if (delivery.concluded() == 0)
+                throw;
+            delivery.give_up(error.description());
         } catch (const RuntimeError &error) {
             if (delivery.concluded() == 0)
                 throw;
-            if (delivery.concluded() == concluded)
+            if (delivery.concluded() == concluded || delivery.has_lost_content())
                 delivery.give_up(error.description());
         }
     }

@@ -3,7 +3,8 @@
 #include "mail/mail_way_out.h"
 
 /// Hands messages to a mail server (SMTP, RFC 5321). A line that breaks off is opened anew as long
-/// as each one gets something done.
+/// as each one gets something done; not after a silence, nor once a message's content stays
+/// unanswered.
 class SmtpWayOut : public MailWayOut
 {
 public:

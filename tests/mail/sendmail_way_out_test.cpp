@@ -128,6 +128,27 @@ TEST_F(Sendmail, ThatHangsIsEndedWithAllItStarted)
     EXPECT_TRUE(is_gone());
 }
 
+TEST_F(Sendmail, ThatHungOnceIsNotRunForTheOthers)
+{
+    QStringList recipients;
+    for (int i = 0; i < 170; ++i)
+        recipients += QString("n%1@x.example").arg(i);
+    const auto fates =
+        send(program("[ $number != 2 ] || sleep 60"), recipients, message, 100ms); // ten times: 1 s
+    ASSERT_EQ(fates.size(), 170U);
+    for (int i = 0; i < 170; ++i) {
+        const RecipientFate &each = fates[static_cast<std::size_t>(i)];
+        EXPECT_EQ(each.recipient, recipients[i]);
+        EXPECT_EQ(each.fate, i < 50    ? Fate::Accepted
+                             : i < 100 ? Fate::Unknown
+                                       : Fate::NotTried)
+            << i;
+        EXPECT_EQ(each.words.isEmpty(), i < 50);
+    }
+    EXPECT_EQ(fates[100].words, "the program hung before it was their turn");
+    EXPECT_EQ(noted("args3"), "(none)");
+}
+
 TEST_F(Sendmail, ThatIgnoresTheRequestToEndIsKilled)
 {
     const RecipientFate hung = fate("trap '' TERM; while true; do sleep 0.1; done", 50ms);

@@ -420,7 +420,8 @@ TEST_F(Smtp, SendsALongTokenOnALineOfItsOwn)
 TEST_F(Smtp, ShowsNoSecretThatTheServerRepeats)
 {
     const QByteArray plain = QByteArray("\0ann\0s3crét", 12).toBase64();
-    for (const QByteArray &echo : {QByteArray("s3crét"), plain}) {
+    const QByteArray where_words_are_cut = QByteArray(285, 'x') + "s3crét";
+    for (const QByteArray &echo : {QByteArray("s3crét"), plain, where_words_are_cut}) {
         const StubServer server([&echo](StubLine &line) {
             line.say("220 stub\r\n");
             line.answer("250-stub\r\n250 AUTH PLAIN\r\n");
@@ -431,6 +432,33 @@ TEST_F(Smtp, ShowsNoSecretThatTheServerRepeats)
             << text.toStdString();
         EXPECT_TRUE(text.contains("signing on")) << text.toStdString();
     }
+}
+
+TEST_F(Smtp, ShowsNoSecretInTheFatesOfRecipients)
+{
+    for (const QByteArray &at_command : {QByteArray("MAIL"), QByteArray("RCPT"), QByteArray(".")}) {
+        const StubServer server(by_the_book(
+            [&at_command](const QByteArray &command) -> QByteArray {
+                if (command.startsWith("AUTH"))
+                    return "235 in\r\n";
+                return command.startsWith(at_command) ? "550 not with s3crét\r\n" : QByteArray();
+            },
+            "250-AUTH PLAIN\r\n"));
+        const auto fates =
+            send(at(server.port(), LineSecurity::Plain, SignInKind::Password), {"a@x.example"});
+        EXPECT_EQ(fates.at(0).fate, Fate::Refused);
+        EXPECT_EQ(fates.at(0).words, "its answer repeats a secret and is not shown");
+    }
+}
+
+TEST_F(Smtp, NamesTheServerWhenTheSecretCannotBeSent)
+{
+    credentials.secret = QString("a%1b").arg(QChar(u'\0'));
+    const StubServer server(
+        by_the_book([](const QByteArray &) { return QByteArray(); }, "250-AUTH PLAIN\r\n"));
+    EXPECT_EQ(failure(at(server.port(), LineSecurity::Plain, SignInKind::Password)),
+              "The mail server 'localhost' (port PORT), signing on: the password holds a character "
+              "that cannot be sent");
 }
 
 TEST_F(Smtp, AsksForNoPasswordThatTheServerDoesNotNeed)
@@ -512,6 +540,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Fault{"MAIL", "550 not you\r\n", "", Fate::Refused},
                     Fault{"MAIL", "421 busy\r\n", "naming the recipients: 421 busy"},
                     Fault{"DATA", "554 nobody\r\n", "", Fate::Refused},
+                    Fault{"DATA", "250 ok\r\n", "sending the message: 250 ok"}, // nothing went out
+                    Fault{"DATA", "334 what?\r\n", "", Fate::Refused},
                     Fault{".", "552 full\r\n", "", Fate::Refused, 1},
                     Fault{".", "451 later\r\n", "", Fate::NotNow, 2}, // offered once more
                     Fault{".", "421 closing\r\n", "", Fate::NotNow, 1}));
@@ -558,6 +588,29 @@ TEST_F(Smtp, TellsWhoWasNotReachedWhenTheServerStaysAway)
                 if (!is_first)
                     return command.startsWith("EHLO") ? "close" : QByteArray();
                 messages += command == "." ? 1 : 0;
+                return messages == 2 && command.startsWith("MAIL") ? "421 enough\r\n"
+                                                                   : QByteArray();
+            },
+            "250-PIPELINING\r\n");
+    });
+    const auto fates = send(at(server.port()), many(200));
+    for (std::size_t i = 0; i < fates.size(); ++i) {
+        EXPECT_EQ(fates[i].fate, i < 100 ? Fate::Accepted : Fate::NotTried) << i;
+        EXPECT_EQ(fates[i].words.isEmpty(), i < 100);
+    }
+    EXPECT_EQ(server.lines(), 2);
+    EXPECT_EQ(count_of(server, "end"), 2);
+}
+
+// A server that treats one message so would treat all others so, at the cost of a wait each.
+TEST_F(Smtp, SendsNothingMoreOnceNobodyKnowsWhatBecameOfAMessage)
+{
+    const StubServer server([](StubLine &line) {
+        int messages = 0;
+        serve(
+            line,
+            [&](const QByteArray &command) -> QByteArray {
+                messages += command == "." ? 1 : 0;
                 return command == "." && messages == 2 ? "close" : QByteArray();
             },
             "250-PIPELINING\r\n");
@@ -568,8 +621,35 @@ TEST_F(Smtp, TellsWhoWasNotReachedWhenTheServerStaysAway)
         EXPECT_EQ(fates[i].fate, expected) << i;
         EXPECT_EQ(fates[i].words.isEmpty(), i < 50);
     }
-    EXPECT_EQ(server.lines(), 2);
+    EXPECT_EQ(server.lines(), 1);
     EXPECT_EQ(count_of(server, "end"), 2); // what may have been taken is not sent again
+}
+
+TEST_F(Smtp, WaitsOnceForAServerThatFallsSilent)
+{
+    patience = 200ms;
+    for (const QByteArray &silent_at : {QByteArray("."), QByteArray("MAIL")}) {
+        const StubServer server([&silent_at](StubLine &line) {
+            int heard = 0;
+            serve(
+                line,
+                [&](const QByteArray &command) -> QByteArray {
+                    heard += command.startsWith(silent_at) ? 1 : 0;
+                    return heard == 2 ? "stall" : QByteArray();
+                },
+                "");
+        });
+        const auto fates = send(at(server.port()), many(300));
+        const std::size_t unknown = silent_at == "." ? 100 : 50;
+        for (std::size_t i = 0; i < fates.size(); ++i) {
+            const Fate expected = i < 50        ? Fate::Accepted
+                                  : i < unknown ? Fate::Unknown
+                                                : Fate::NotTried;
+            EXPECT_EQ(fates[i].fate, expected) << i;
+            EXPECT_EQ(fates[i].words.isEmpty(), i < 50);
+        }
+        EXPECT_EQ(server.lines(), 1);
+    }
 }
 
 TEST_F(Smtp, RefusesAddressesBeyondAsciiWhereTheServerCannotTakeThem)
