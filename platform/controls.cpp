@@ -5,6 +5,7 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QScopeGuard>
+#include <QTimer>
 
 void disable(std::initializer_list<QWidget *> controls)
 {
@@ -36,9 +37,11 @@ ButtonPause::ButtonPause(QPushButton &button) : button_(button), had_focus_(butt
 
 ButtonPause::~ButtonPause()
 {
-    button_.setEnabled(true);
-    if (had_focus_)
-        button_.setFocus();
+    QTimer::singleShot(0, &button_, [button = &button_, had_focus = had_focus_] {
+        button->setEnabled(true);
+        if (had_focus)
+            button->setFocus();
+    });
 }
 
 int exec_with_arrow(QDialog &dialog)

@@ -9,8 +9,8 @@ class QWidget;
 /// Greys out controls that have no command yet.
 void disable(std::initializer_list<QWidget *> controls);
 
-/// While it lives a button cannot be pressed; afterwards it has the keyboard focus again if it had
-/// it.
+/// While it lives a button cannot be pressed, nor by the clicks that came meanwhile and are
+/// delivered afterwards; then it has the keyboard focus again if it had it.
 class ButtonPause
 {
 public:

@@ -2,7 +2,9 @@
 
 #include "platform/words.h"
 
+#include <QClipboard>
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMimeData>
 #include <QScopedValueRollback>
@@ -188,6 +190,21 @@ void LongTextBox::move_to(qsizetype position, bool select)
     settle();
 }
 
+// The document's own copying asks its cursor, which has no selection when that lies off the page.
+void LongTextBox::copy_selection()
+{
+    if (selection_leaves_page())
+        QGuiApplication::clipboard()->setMimeData(createMimeDataFromSelection());
+    else
+        copy();
+}
+
+void LongTextBox::put_cursor_at(const QPoint &place)
+{
+    anchor_ = position_ = page_.start + cursorForPosition(place).position();
+    project_selection();
+}
+
 void LongTextBox::remove_selection()
 {
     store_page();
@@ -215,11 +232,15 @@ bool LongTextBox::acts_across_pages(const QKeyEvent &event)
         move_to(length(), event.matches(SelectEndOfDocument));
         return true;
     }
-    if (isReadOnly() || is_modifier(event.key()) || event.matches(Copy))
+    if (event.matches(Copy)) {
+        copy_selection();
+        return true;
+    }
+    if (isReadOnly() || is_modifier(event.key()))
         return false;
     if (selection_leaves_page()) {
         if (event.matches(Cut))
-            copy();
+            copy_selection();
         if (removes_text(event) || types_text(event) || event.matches(Cut)) {
             remove_selection();
             return !types_text(event);
@@ -252,11 +273,11 @@ void LongTextBox::mousePressEvent(QMouseEvent *event)
 {
     const bool keeps_selection =
         event->button() == Qt::RightButton || event->modifiers().testFlag(Qt::ShiftModifier);
-    // It cannot be dragged elsewhere: only the page's part of it would go there.
-    if (selection_leaves_page() && !keeps_selection) {
-        anchor_ = position_ = page_.start + cursorForPosition(event->pos()).position();
-        project_selection();
-    }
+    // It cannot be dragged elsewhere: only the page's part of it would go there. The middle button
+    // pastes where it is pressed.
+    const bool pastes = is_paged() && event->button() == Qt::MiddleButton;
+    if (pastes || (selection_leaves_page() && !keeps_selection))
+        put_cursor_at(event->pos());
     selecting_ = true;
     TextBox::mousePressEvent(event);
 }
@@ -273,20 +294,40 @@ void LongTextBox::contextMenuEvent(QContextMenuEvent *event)
     const std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
     const auto rebind = [&menu, this](const char *name, auto does) {
         if (auto *entry = menu->findChild<QAction *>(QLatin1String(name))) {
+            entry->setEnabled(entry->isEnabled() || selection_leaves_page());
             entry->disconnect(SIGNAL(triggered(bool)));
             connect(entry, &QAction::triggered, this, does);
         }
     };
-    if (is_paged())
+    if (is_paged()) {
         rebind("select-all", [this] { select_all(); });
+        rebind("edit-paste", [this] {
+            bring_cursor_into_page();
+            paste();
+        });
+    }
     if (selection_leaves_page()) {
+        rebind("edit-copy", [this] { copy_selection(); });
         rebind("edit-delete", [this] { remove_selection(); });
         rebind("edit-cut", [this] {
-            copy();
+            copy_selection();
             remove_selection();
         });
     }
     menu->exec(event->globalPos());
+}
+
+void LongTextBox::dropEvent(QDropEvent *event)
+{
+    // What is moved within the box would go by places in the page, which the move itself changes.
+    const bool moves_own_text = event->source() == this || event->source() == viewport();
+    if (is_paged() && moves_own_text) {
+        event->ignore();
+        return;
+    }
+    if (is_paged())
+        put_cursor_at(event->position().toPoint());
+    TextBox::dropEvent(event);
 }
 
 QMimeData *LongTextBox::createMimeDataFromSelection() const

@@ -37,6 +37,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
     QMimeData *createMimeDataFromSelection() const override;
@@ -59,7 +60,9 @@ private:
     void bring_cursor_into_page();
     void select_all();
     void move_to(qsizetype position, bool select);
+    void copy_selection();
     void remove_selection();
+    void put_cursor_at(const QPoint &place);
     bool acts_across_pages(const QKeyEvent &event);
 
     // Scrolling.

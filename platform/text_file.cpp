@@ -9,6 +9,7 @@
 #include <QStringDecoder>
 
 #include <array>
+#include <cstring>
 #include <optional>
 
 namespace
@@ -58,6 +59,25 @@ QString named_file(const QString &path)
             : error_number::path_file_access;
     fail(number, "The file cannot be written", path, file.errorString());
 }
+constexpr qint64 largest_file = 1 << 30; // bytes; memory holds some times that
+
+bool is_database(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) && file.read(15) == "SQLite format 3";
+}
+
+// A text in the place of a database, or of the log beside it that holds its last changes, is a list
+// lost.
+bool belongs_to_database(const QString &name)
+{
+    for (const char *ending : {"", "-wal", "-shm"}) {
+        if (name.endsWith(QLatin1String(ending)) &&
+            is_database(name.chopped(static_cast<qsizetype>(std::strlen(ending)))))
+            return true;
+    }
+    return false;
+}
 } // namespace
 
 QString decode_windows_1252(QByteArrayView bytes)
@@ -91,6 +111,8 @@ OpenTextFile::OpenTextFile(const QString &path) : path_(path)
         fail(error_number::path_file_access, "This is a folder, not a file", path);
     if (!info.isFile()) // its end may never come
         fail(error_number::path_file_access, "This is a device or a pipe, not a file", path);
+    if (info.size() > largest_file)
+        fail(error_number::path_file_access, "The file is larger than 1 GB", path);
     file_ = std::make_unique<QFile>(name);
     if (!file_->open(QIODevice::ReadOnly))
         fail(error_number::permission_denied, "The file cannot be read", path,
@@ -145,6 +167,8 @@ TextFileWriter::TextFileWriter(const QString &path)
     : path_(path),
       file_(std::make_unique<QSaveFile>(named_file(path)))
 {
+    if (belongs_to_database(file_->fileName()))
+        fail(error_number::permission_denied, "The file belongs to a database", path);
     if (!file_->open(QIODevice::WriteOnly))
         fail_to_write(*file_, path_);
 }

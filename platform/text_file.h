@@ -25,7 +25,7 @@ class OpenTextFile
 public:
     /// `path` may be in drive notation.
     /// @throws RuntimeError 52 for an empty path, 53 when there is no such file, 75 when it is a
-    /// folder, a device or a pipe, 70 when it may not be read.
+    /// folder, a device, a pipe or larger than 1 GB, 70 when it may not be read.
     explicit OpenTextFile(const QString &path);
     ~OpenTextFile();
 
@@ -51,7 +51,7 @@ QStringList split_lines(const QString &text);
 /// Replaces the file by `text` (UTF-8, written as it is): the new content is there whole or not at
 /// all.
 /// @throws RuntimeError 52 for an empty path, 76 when the folder is missing, 75 when it may not be
-/// written, 61 when the disk is full.
+/// written, 70 when there is a database in its place, 61 when the disk is full.
 void write_text_file(const QString &path, const QString &text);
 
 /// A text file being written piece by piece, in UTF-8. Its new content is there, whole, when

@@ -163,7 +163,6 @@ void TextManipulator::SaveFiletxt_Click()
 void TextManipulator::save_text(const QString &filter)
 {
     const QString path = desk_.prompts.save_file({filter, {}});
-    refuse_own_database(Data1, path);
     write_text_file(path, ui_->RichTextBox1->text());
 }
 

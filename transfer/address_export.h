@@ -20,10 +20,5 @@ struct ExportDesk
 /// it, one a line, each ended by CR LF: whole or not at all. The connection is left on `source`.
 /// Without a file the first row fails with the bad file number that it always had; without rows
 /// there is nothing to fail.
-/// @throws RuntimeError 52 (see above); as TextFileWriter; what the database says; 70 for the
-/// database's own file.
+/// @throws RuntimeError 52 (see above); as TextFileWriter; what the database says.
 void export_addresses(const ExportDesk &desk, const QString &filter, const Statement &source);
-
-/// @throws RuntimeError 70 when `path` is the file that `rows` has open: writing to it would
-/// replace the database.
-void refuse_own_database(const DataConnection &rows, const QString &path);

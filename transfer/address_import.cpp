@@ -2,7 +2,6 @@
 
 #include "app/please_wait.h"
 #include "db/data_connection.h"
-#include "platform/drive_path.h"
 #include "platform/progress_report.h"
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
@@ -11,15 +10,12 @@
 #include "transfer/import_window.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QScopeGuard>
 
 #include <exception>
 
 namespace
 {
-constexpr qint64 largest_file = 1 << 30; // bytes; memory holds up to five times that
-
 const QString patience = QStringLiteral(
     "Importing large lists can take some time and it may seem that the program has crashed when in "
     "fact it has not. Please allow processes to complete. As an estimate, consider that importing "
@@ -34,20 +30,10 @@ const QString failed = QStringLiteral(
     "Ostrix text manipulator to make a CSV file of the correct format. To use the Ostrix text "
     "manipulator goto File>Make A Text File Into a CSV File For Import");
 
-// Neither a pipe nor a device, which may have no end.
-QString read_import_file(const QString &path)
-{
-    const QFileInfo file(native_path(path));
-    if (file.exists() && (!file.isFile() || file.size() > largest_file))
-        throw RuntimeError(error_number::path_file_access,
-                           QStringLiteral("This is no file to import: '%1'").arg(path));
-    return read_text_file(path);
-}
-
 ImportItems read_items(const ImportDesk &desk, const QString &path)
 {
     const ImportItems items = import_items(
-        read_import_file(path), [&desk](const QString &text) { desk.window.show_text(text); });
+        read_text_file(path), [&desk](const QString &text) { desk.window.show_text(text); });
     desk.window.show_items(items);
     return items;
 }
@@ -56,16 +42,18 @@ void store_items(const ImportDesk &desk, const ImportItems &items)
 {
     bool a_value_is_set = false;
     const auto step = [&a_value_is_set](const auto &action) {
-        if (a_value_is_set)
-            attempt(action);
-        else
+        try {
             action();
+        } catch (const std::exception &) { // memory may run out, too
+            if (!a_value_is_set)
+                throw;
+        }
     };
     // Without items this starts below the end and fails at the first number, which none has.
     for (qsizetype i = items.highest() - 1; i != -1; --i) {
         QString item;
         step([&] { item = items.at(i); });
-        desk.window.append_item(i);
+        step([&] { desk.window.append_item(i); });
         step([&] { desk.rows.record_set().add_new(); });
         step([&] {
             desk.rows.record_set().set_field(QStringLiteral("email"), item);

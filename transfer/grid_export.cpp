@@ -3,7 +3,6 @@
 #include "db/data_connection.h"
 #include "platform/prompts.h"
 #include "platform/text_file.h"
-#include "transfer/address_export.h"
 #include "transfer/csv_line.h"
 
 void save_grid(DataConnection &rows, Prompts &prompts)
@@ -12,7 +11,6 @@ void save_grid(DataConnection &rows, Prompts &prompts)
         prompts.save_file({QStringLiteral("Comma Seperated Values files (*.CSV)|*.CSV"), {}});
     if (path.isEmpty())
         return;
-    refuse_own_database(rows, path);
     const QString line_end = QStringLiteral("\r\n");
     TextFileWriter file(path);
     if (rows.has_record_set()) {

@@ -130,10 +130,8 @@ ImportItems::ImportItems(const QString &text) : text_(text)
 {
     if (text.isEmpty())
         return;
-    ends_.reserve(text.count(comma) + 1);
-    for (qsizetype end = text.indexOf(comma); end >= 0; end = text.indexOf(comma, end + 1))
-        ends_.append(end);
-    ends_.append(text.size());
+    highest_ = number_ = text.count(comma);
+    start_ = text.lastIndexOf(comma) + 1;
 }
 
 QString ImportItems::at(qsizetype number) const
@@ -143,8 +141,12 @@ QString ImportItems::at(qsizetype number) const
                            QStringLiteral("Subscript out of range: there is no item %1 among %2")
                                .arg(number)
                                .arg(highest() + 1));
-    const qsizetype start = number == 0 ? 0 : ends_[number - 1] + 1;
-    return text_.mid(start, ends_[number] - start);
+    for (; number_ > number; --number_)
+        start_ = QStringView(text_).first(start_ - 1).lastIndexOf(comma) + 1;
+    for (; number_ < number; ++number_)
+        start_ = text_.indexOf(comma, start_) + 1;
+    const qsizetype end = text_.indexOf(comma, start_);
+    return text_.mid(start_, end < 0 ? -1 : end - start_);
 }
 
 ImportItems import_items(QString text, const WorkingTextSeen &seen)

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
@@ -421,6 +422,39 @@ TEST_F(LongBox, IsPagedOnceTypingOrPastingHasMadeItLong)
     EXPECT_TRUE(box.is_paged());
     EXPECT_LT(box.document()->characterCount(), bounded);
     EXPECT_TRUE(box.text() == QString(1'200'000, 'y') + QString(120'000, 'x'));
+}
+
+// The selection lies at the beginning, the page at the end.
+TEST_F(LongBox, CopiesAndCutsASelectionThatWasScrolledAway)
+{
+    const QString text = numbered_lines(100'000);
+    box.set_text(text);
+    press(Qt::Key_Down, Qt::ShiftModifier);
+    const QString first_line = text.left(text.indexOf('\n') + 1);
+    drag_bar_to(bar().maximum());
+    QApplication::clipboard()->setText("old");
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), first_line.chopped(2) + "\n");
+    EXPECT_TRUE(box.text() == text);
+    drag_bar_to(bar().maximum());
+    QApplication::clipboard()->setText("old");
+    press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), first_line.chopped(2) + "\n");
+    EXPECT_TRUE(box.text() == text.mid(first_line.size()));
+}
+
+TEST_F(LongBox, ADropGoesWhereItFallsAndTakesNothingAway)
+{
+    const QString text = numbered_lines(100'000);
+    box.set_text(text);
+    press(Qt::Key_A, Qt::ControlModifier);
+    QMimeData dragged;
+    dragged.setText("dropped ");
+    QDragEnterEvent enter(QPoint(0, 1), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(box.viewport(), &enter);
+    QDropEvent drop(QPointF(0, 1), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(box.viewport(), &drop);
+    EXPECT_TRUE(box.text() == "dropped " + text);
 }
 
 TEST_F(LongBox, SharesATextWithAnotherBoxButNoChangesOfIt)

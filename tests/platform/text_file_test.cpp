@@ -138,4 +138,43 @@ TEST(AppendTextFile, AddsAtTheEndAndMakesTheFile)
     EXPECT_EQ(number_of([&] { append_text_file(home.file("no/folder"), "x"); }),
               error_number::path_not_found);
 }
+
+TEST(TextFile, OfMoreThanAGigabyteIsRefused)
+{
+    const PrivateHome home;
+    QFile file(home.file("large.txt"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.resize((1LL << 30) + 1)); // a hole: it takes no room
+    try {
+        read_text_file(file.fileName());
+        ADD_FAILURE() << "it was read";
+    } catch (const RuntimeError &error) {
+        EXPECT_EQ(error.number(), error_number::path_file_access);
+        EXPECT_TRUE(error.description().contains("larger than 1 GB"));
+        EXPECT_TRUE(error.description().contains("large.txt"));
+    }
+}
+
+TEST(TextFile, NeverTakesADatabasesPlace)
+{
+    const PrivateHome home;
+    const QString database = home.file("list.mdb");
+    for (const char *ending : {"", "-wal", "-shm"}) {
+        QFile file(database + ending);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("SQLite format 3\0and more");
+    }
+    for (const char *ending : {"", "-wal", "-shm"}) {
+        try {
+            write_text_file(database + ending, "text");
+            ADD_FAILURE() << "it was written over: " << ending;
+        } catch (const RuntimeError &error) {
+            EXPECT_EQ(error.number(), error_number::permission_denied);
+        }
+        QFile file(database + ending);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(file.readAll().startsWith("SQLite format 3")) << ending;
+    }
+    write_text_file(home.file("mail-wal"), "text"); // a name alone makes no database
+}
 } // namespace

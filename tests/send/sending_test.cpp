@@ -1,11 +1,14 @@
 // "Send Mail": which operations of the mail store a message takes, in which order.
 #include "tests/support/program_window.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QGuiApplication>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
+#include <QWindow>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -98,8 +101,30 @@ TEST_F(Sending, TheHourglassStandsWhileItSends)
     click("Command13");
     EXPECT_EQ(shape, Qt::WaitCursor);
     EXPECT_FALSE(is_enabled); // a second click would send it twice
+    QApplication::processEvents();
     EXPECT_TRUE(control<QPushButton>("Command13").isEnabled());
     EXPECT_TRUE(control<QPushButton>("Command13").hasFocus());
+}
+
+TEST_F(Sending, AnImpatientSecondClickSendsNothing)
+{
+    mail.on_call["Send"] = [this] { // as the window system queues it while no input is taken
+        const auto &button = control<QPushButton>("Command13");
+        QWindow *shown_window = window().windowHandle();
+        const QPointF place = button.mapTo(&window(), button.rect().center());
+        const QPointF global = button.mapToGlobal(button.rect().center());
+        qt_handleMouseEvent(shown_window, place, global, Qt::LeftButton, Qt::LeftButton,
+                            QEvent::MouseButtonPress, Qt::NoModifier, 1);
+        qt_handleMouseEvent(shown_window, place, global, Qt::NoButton, Qt::LeftButton,
+                            QEvent::MouseButtonRelease, Qt::NoModifier, 2);
+    };
+    set_text("Text12", "a@x.org");
+    click("Command13");
+    QTest::qWait(50);
+    EXPECT_EQ(mail.calls.count("Send(false)"), 1);
+    mail.on_call.clear();
+    click("Command13"); // a later one does
+    EXPECT_EQ(mail.calls.count("Send(false)"), 2);
 }
 
 TEST_F(Sending, WaitsForTheSessionWhileOtherControlsCanBeClicked)

@@ -195,6 +195,30 @@ TEST(ImportItemsOfLargeFiles, TwoHundredMegabytesTakeFiveTimesThatAtMost)
     EXPECT_LE(peak_memory() - before, 5 * size);
 }
 
+TEST(ImportItemsOfLargeFiles, NothingButSeparatorsTakesNoMore)
+{
+    constexpr qsizetype size = 20'000'000;
+    const QString text = "@" + QString(size, ' ');
+    const qint64 before = peak_memory();
+    const ImportItems items = import_items(text);
+    EXPECT_EQ(items.highest(), size);
+    EXPECT_EQ(items.at(size), "");
+    EXPECT_EQ(items.at(size - 1), "");
+    EXPECT_EQ(items.at(0), "@");
+    EXPECT_LE(peak_memory() - before, 5 * size);
+}
+
+TEST(ImportItemNumbers, AreFoundInEitherDirection)
+{
+    const ImportItems items(",a,,b,");
+    const QStringList expected = {"", "a", "", "b", ""};
+    std::mt19937 random(1);
+    for (int i = 0; i < 200; ++i) {
+        const auto number = static_cast<qsizetype>(random() % 5);
+        ASSERT_EQ(items.at(number), expected[number]) << number;
+    }
+}
+
 TEST(ImportItemsOfLargeFiles, ALineOfFiftyMegabytes)
 {
     constexpr qsizetype count = 2'000'000;
