@@ -23,6 +23,10 @@ public:
     /// How many messages the last fetch found. The number stays the same until the next fetch.
     virtual int count() const = 0;
 
+    /// What a person should know before messages are read from it, as found by the last fetch, in
+    /// whole sentences; empty for nothing.
+    virtual QString caution() const { return {}; }
+
     /// Reads message `index`, 0 … count() - 1, from the mailbox.
     /// @throws MessageGone when it is no longer there, RuntimeError when it cannot be read;
     /// MessageRefused when only this one cannot.

@@ -178,11 +178,11 @@ bool MailAccounts::ask_again(const MailProfile &profile, MailUse use, const QStr
     const MailServer *server = server_for(profile, use);
     if (server == nullptr || server->sign_in != SignInKind::Password)
         return false;
-    const PasswordKey key = key_for(profile, use);
-    passwords_.release(key);
-    const bool has_keychain = passwords_.find(key).answer != StoreAnswer::NoStore;
+    if (dialog_ == nullptr)
+        return false;
+    // What is held stays until there is an answer: the server may take it the next time.
     return ask_for_password(
         profile, use,
         {QStringLiteral("The server refused the password. It said: %1").arg(words),
-         sign_on_name(*server), has_keychain});
+         sign_on_name(*server), passwords_.has_store(key_for(profile, use))});
 }

@@ -171,11 +171,15 @@ void MailProfilesDialog::profiles_Change()
         }
         return -1;
     };
-    if (may_leave())
-        select(row_of(wanted));
-    else {
+    if (!may_leave()) {
         const QSignalBlocker quiet(ui_->profiles);
         ui_->profiles->setCurrentRow(chosen_ ? row_of(*chosen_) : -1);
+    } else if (const int now = row_of(wanted); now >= 0) {
+        select(now);
+    } else { // saving read the file anew
+        start_new();
+        say(QStringLiteral("The mail profile '%1' is no longer in the file as it was read.")
+                .arg(wanted.name));
     }
 }
 
@@ -191,16 +195,19 @@ void MailProfilesDialog::delete_profile_Click()
                                                        "profile '%1' and its passwords?")
                                             .arg(chosen_->name)))
         return;
+    bool all_gone = false;
     try {
         desk_.accounts.profiles().remove(*chosen_);
-        desk_.accounts.passwords().remove_all(chosen_->name);
+        all_gone = desk_.accounts.passwords().remove_all(chosen_->name);
         load();
     } catch (const RuntimeError &error) {
         say(error.description());
         return;
     }
     start_new();
-    say(QStringLiteral("Deleted."));
+    say(all_gone ? QStringLiteral("Deleted.")
+                 : QStringLiteral("Deleted. No keychain of the desktop answered: a password that "
+                                  "it holds for the profile stays there."));
 }
 
 // Only where nothing would be overwritten, and nobody is asked.
@@ -228,7 +235,8 @@ void MailProfilesDialog::find_servers_Click()
             known->note);
         return;
     }
-    const ServerProposal found = servers_from(desk_.find_services(service_names(domain)), address);
+    ServerProposal found;
+    desk_.run([&] { found = servers_from(desk_.find_services(service_names(domain)), address); });
     if (found.is_empty()) {
         ui_->form->take(guessed_servers(address));
         say(QStringLiteral("The name service names no mail servers of %1. These are the usual "
@@ -255,9 +263,11 @@ void MailProfilesDialog::test_profile_Click()
 {
     say(QStringLiteral("Signing on …"));
     ui_->result->repaint();
-    const TrialReport report =
-        try_profile(ui_->form->profile(), desk_.open_inbox, desk_.try_way_out,
-                    [this](MailUse use) { return credentials(use); });
+    TrialReport report;
+    desk_.run([&] {
+        report = try_profile(ui_->form->profile(), desk_.open_inbox, desk_.try_way_out,
+                             [this](MailUse use) { return credentials(use); });
+    });
     say(report.text);
 }
 

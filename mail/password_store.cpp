@@ -1,5 +1,6 @@
 #include "mail/password_store.h"
 
+#include <algorithm>
 #include <array>
 
 namespace
@@ -39,14 +40,14 @@ void SessionPasswords::release(const PasswordKey &key)
     held_.erase(held_key(key));
 }
 
-void SessionPasswords::remove_all(const QString &profile)
+bool SessionPasswords::remove_all(const QString &profile)
 {
-    for (const MailUse use : uses) {
+    for (const MailUse use : uses)
         release({profile, use});
-        // After a store that does not answer the next question would only wait as long again.
-        if (store_.remove({profile, use}) == StoreAnswer::NoStore)
-            break;
-    }
+    // After a store that does not answer the next question would only wait as long again.
+    return std::ranges::all_of(uses, [&](MailUse use) {
+        return store_.remove({profile, use}) != StoreAnswer::NoStore;
+    });
 }
 
 bool SessionPasswords::rename(const QString &profile, const QString &new_name)
@@ -54,8 +55,8 @@ bool SessionPasswords::rename(const QString &profile, const QString &new_name)
     if (is_same_profile(profile, new_name))
         return true;
     for (const MailUse use : uses) {
-        if (const auto held = held_.find(held_key({profile, use})); held != held_.end())
-            hold({new_name, use}, held->second);
+        if (const auto held = held_.extract(held_key({profile, use})); !held.empty())
+            hold({new_name, use}, held.mapped());
     }
     for (const MailUse use : uses) {
         const StoredPassword stored = store_.read({profile, use});
@@ -65,6 +66,5 @@ bool SessionPasswords::rename(const QString &profile, const QString &new_name)
         if (!has_come)
             return false;
     }
-    remove_all(profile);
-    return true;
+    return remove_all(profile);
 }

@@ -54,10 +54,17 @@ public:
     bool keep(const PasswordKey &key, const QString &password);
     /// Forgets what was held, not what the store has.
     void release(const PasswordKey &key);
-    /// Forgets a profile's passwords, in the store too.
-    void remove_all(const QString &profile);
-    /// Takes a profile's passwords along to its new name. @return whether all have come along: a
-    /// store that does not answer keeps what it has under the old name.
+    /// Whether the store answers, when it is asked for this password.
+    bool has_store(const PasswordKey &key)
+    {
+        return store_.read(key).answer != StoreAnswer::NoStore;
+    }
+    /// Forgets a profile's passwords, in the store too. @return whether the store holds none any
+    /// more: one that does not answer keeps what it has.
+    bool remove_all(const QString &profile);
+    /// Takes a profile's passwords along to its new name; what was held is held under that alone.
+    /// @return whether all have come along: a store that does not answer keeps what it has under
+    /// the old name.
     bool rename(const QString &profile, const QString &new_name);
 
 private:

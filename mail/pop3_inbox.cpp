@@ -164,8 +164,12 @@ RawMessage Pop3Inbox::ask_and_read(std::size_t index)
         pass_over_asked();
     ask_ahead(index);
     asked_.pop_front();
-    if (const auto refusal = session_->read_status())
+    auto refusal = session_->read_status();
+    if (refusal && may_lack_top())
+        refusal = ask_by_retr(index);
+    if (refusal)
         tell_refusal(index, *refusal);
+    top_was_taken_ = asks_by_top();
     Pop3Text text = session_->read_text(longest_message, most_to_pass_over(index));
     const QDateTime arrived = received_date(text.bytes);
     return {std::move(text.bytes), arrived, text.bytes_left_out};
@@ -191,12 +195,40 @@ void Pop3Inbox::ask_ahead(std::size_t index)
         if (!asked_.empty() && bytes > most_bytes_asked)
             break;
         const QByteArray number = QByteArray::number(entry.number);
-        commands += session_->can("TOP") ? "TOP " + number + ' ' + all_lines + "\r\n"
-                                         : "RETR " + number + "\r\n";
+        commands +=
+            asks_by_top() ? "TOP " + number + ' ' + all_lines + "\r\n" : "RETR " + number + "\r\n";
         asked_.push_back(next);
     }
     if (!commands.isEmpty())
         session_->connection().write(commands);
+}
+
+bool Pop3Inbox::asks_by_top() const
+{
+    return session_->names_capabilities() ? session_->can("TOP") : !lacks_top_;
+}
+
+// Then a refusal may be one of the command itself, not of the message.
+bool Pop3Inbox::may_lack_top() const
+{
+    return !session_->names_capabilities() && !lacks_top_ && !top_was_taken_;
+}
+
+// @return the server's words when it refused.
+std::optional<QString> Pop3Inbox::ask_by_retr(std::size_t index)
+{
+    session_->send("RETR " + QByteArray::number(entries_[index].number));
+    const auto refusal = session_->read_status();
+    lacks_top_ = !refusal; // else the message has gone: the next one tells
+    return refusal;
+}
+
+QString Pop3Inbox::caution() const
+{
+    if (!session_ || !session_->names_capabilities() || session_->can("TOP"))
+        return {};
+    return QStringLiteral("This server lacks TOP: reading marks messages as read for other mail "
+                          "programs, on most servers.");
 }
 
 void Pop3Inbox::pass_over_asked()

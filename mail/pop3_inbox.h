@@ -6,14 +6,16 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 struct RawMessage;
 
 /// The inbox of a POP3 server, in the server's order. Nothing is deleted. A message is read by TOP
 /// with more lines than it has, which unlike RETR marks nothing as read on common servers; RETR is
-/// used only where the server knows no TOP. Messages come whole, attachments too. Many are asked
-/// for at a time where the server allows it.
+/// used only where the server knows no TOP: it does not name it among what it can, or, when it
+/// names nothing at all, refuses it for a message that it gives by RETR. Messages come whole,
+/// attachments too. Many are asked for at a time where the server allows it.
 ///
 /// Lost lines and failures are as in ImapInbox; a server that names no unique identifiers (UIDL)
 /// cannot be resumed.
@@ -31,6 +33,7 @@ public:
     int count() const override { return static_cast<int>(entries_.size()); }
     /// The date of a message without one is that of its first Received field.
     MessageFields read(int index) override;
+    QString caution() const override;
 
     /// Bytes received so far, for measurements.
     qint64 received() const;
@@ -53,6 +56,9 @@ private:
     RawMessage read_raw(std::size_t index);
     RawMessage ask_and_read(std::size_t index);
     void ask_ahead(std::size_t index);
+    bool asks_by_top() const;
+    bool may_lack_top() const;
+    std::optional<QString> ask_by_retr(std::size_t index);
     void pass_over_asked();
     qint64 most_to_pass_over(std::size_t index) const;
     [[noreturn]] void tell_refusal(std::size_t index, const QString &words);
@@ -64,6 +70,9 @@ private:
     std::unique_ptr<Pop3Session> session_;
     std::vector<Entry> entries_;
     std::deque<std::size_t> asked_; // whose answers are on their way
+    // Of a server that does not say what it can:
+    bool lacks_top_ = false;
+    bool top_was_taken_ = false;
     bool may_resume_ = true;
     std::optional<RuntimeError> failure_;
     qint64 received_before_ = 0; // on earlier lines

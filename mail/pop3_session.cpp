@@ -62,7 +62,8 @@ void Pop3Session::read_capabilities()
 {
     capabilities_.clear();
     send("CAPA");
-    if (!read_status()) // an old server knows none
+    names_capabilities_ = !read_status(); // an old server knows none
+    if (names_capabilities_)
         read_lines([this](const QByteArray &line) { capabilities_ += line.trimmed().toUpper(); });
 }
 

@@ -25,6 +25,8 @@ public:
 
     /// Opens the line, encrypted as the server's security says, and signs on.
     void sign_on(const Credentials &credentials);
+    /// Whether the server says what it can (CAPA); an old one may know TOP without saying so.
+    bool names_capabilities() const { return names_capabilities_; }
     /// Whether the server names this capability ("TOP").
     bool can(const QByteArray &capability) const;
 
@@ -53,5 +55,6 @@ private:
 
     MailServer server_;
     ServerConnection connection_;
+    bool names_capabilities_ = false;
     QByteArrayList capabilities_; // their lines, in capital letters
 };

@@ -159,6 +159,9 @@ std::optional<StoredProfile> ProfileFile::find(const QString &name) const
 
 void ProfileFile::save(const MailProfile &profile, const std::optional<MailProfile> &instead_of)
 {
+    if (const QString unfit = unfit_in(profile); !unfit.isEmpty())
+        fail(error_number::invalid_call,
+             QStringLiteral("The mail profile cannot be saved: %1").arg(unfit));
     Blocks blocks = read_blocks(path_);
     Block *place = instead_of ? find_block(blocks, *instead_of) : nullptr;
     refuse_bad_name(blocks, profile, place);

@@ -29,8 +29,9 @@ public:
     std::optional<StoredProfile> find(const QString &name) const;
 
     /// Adds a profile, or puts it in the place of `instead_of`, which load() has returned.
-    /// @throws RuntimeError 5 for a profile without a name or with another one's, and when
-    /// `instead_of` is no longer in the file; 75 when the file cannot be written.
+    /// @throws RuntimeError 5 for a profile without a name or with another one's, for values that
+    /// are too long or hold control characters, and when `instead_of` is no longer in the file; 75
+    /// when the file cannot be written.
     void save(const MailProfile &profile, const std::optional<MailProfile> &instead_of = {});
 
     /// @throws RuntimeError as save().

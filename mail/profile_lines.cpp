@@ -145,9 +145,17 @@ Keys make_keys()
     return keys;
 }
 
-Text wrong_with_line(const Keys &keys, const SettingLine &line, MailProfile &profile)
+Text wrong_with_value(const Key &key, const Text &value, MailProfile &profile)
 {
     constexpr qsizetype longest_value = 4096;
+    const Text wrong = value.size() > longest_value
+                           ? QStringLiteral("is longer than %1 characters").arg(longest_value)
+                           : key.read(profile, value);
+    return wrong.isEmpty() ? Text() : QStringLiteral("'%1' %2").arg(key.name, wrong);
+}
+
+Text wrong_with_line(const Keys &keys, const SettingLine &line, MailProfile &profile)
+{
     if (line.key.isEmpty())
         return QStringLiteral("this is no 'key=value'");
     const Text key_name = line.key.trimmed();
@@ -156,10 +164,7 @@ Text wrong_with_line(const Keys &keys, const SettingLine &line, MailProfile &pro
     });
     if (key == keys.end())
         return QStringLiteral("'%1' is no part of a mail profile").arg(key_name.left(40));
-    const Text wrong = line.value.size() > longest_value
-                           ? QStringLiteral("is longer than %1 characters").arg(longest_value)
-                           : key->read(profile, line.value);
-    return wrong.isEmpty() ? Text() : QStringLiteral("'%1' %2").arg(key->name, wrong);
+    return wrong_with_value(*key, line.value, profile);
 }
 } // namespace
 
@@ -172,6 +177,17 @@ QStringList profile_lines(const MailProfile &profile)
             lines += format_setting({key.name, value, {}});
     }
     return lines;
+}
+
+QString unfit_in(const MailProfile &profile)
+{
+    MailProfile read_back;
+    for (const Key &key : make_keys()) {
+        if (const Text wrong = wrong_with_value(key, key.write(profile), read_back);
+            !wrong.isEmpty())
+            return wrong;
+    }
+    return {};
 }
 
 StoredProfile read_profile(const QStringList &lines, qsizetype first_number)

@@ -17,6 +17,10 @@ struct StoredProfile
 /// out.
 QStringList profile_lines(const MailProfile &profile);
 
+/// What a profile says that would be a damage when it is read back ("'inbox user' holds a control
+/// character"); empty for nothing.
+QString unfit_in(const MailProfile &profile);
+
 /// Reads such lines. Unknown keys, values that are none of their key's, values that are too long or
 /// hold control characters, and a missing name are damages; empty lines and comments ('#', ';') are
 /// passed over.

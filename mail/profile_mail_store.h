@@ -41,6 +41,16 @@ public:
     MessageSet &messages() override { return messages_; }
     bool is_busy() const override { return operations_ > 0; }
 
+    /// Runs an operation that may wait, the store's own or one beside it, during which the store is
+    /// busy.
+    template <typename Operation>
+    void run(Operation &&operation)
+    {
+        ++operations_;
+        const auto done = qScopeGuard([this] { --operations_; });
+        operation();
+    }
+
 private:
     class Session : public MailSession
     {
@@ -116,15 +126,6 @@ private:
         std::optional<MessageFields> current_;
         std::optional<ComposeBuffer> draft_; // the compose buffer, when it is the current message
     };
-
-    /// Runs an operation that may wait.
-    template <typename Operation>
-    void run(Operation &&operation)
-    {
-        ++operations_;
-        const auto done = qScopeGuard([this] { --operations_; });
-        operation();
-    }
 
     void open(MailUse use);
     void close();

@@ -80,8 +80,10 @@ bool is_same_profile(const QString &name, const QString &other)
 bool is_host(const QString &text)
 {
     constexpr qsizetype longest_name = 255; // RFC 1035 section 2.3.4
-    return !text.isEmpty() && text.size() <= longest_name && text.front() != u'-' &&
-           std::all_of(text.begin(), text.end(), is_host_character);
+    const bool is_literal = text.startsWith(u'[') && text.endsWith(u']') && text.contains(u':');
+    const QString host = is_literal ? text.sliced(1, text.size() - 2) : text;
+    return !host.isEmpty() && host.size() <= longest_name && host.front() != u'-' &&
+           std::all_of(host.begin(), host.end(), is_host_character);
 }
 
 QString sign_on_name(const MailServer &server)

@@ -24,8 +24,8 @@ QString missing_in(const MailProfile &profile, MailUse use);
 /// Whether two profile names mean the same profile: they are matched without regard to letter case.
 bool is_same_profile(const QString &name, const QString &other);
 
-/// Whether a text can be a server's host: a name or an IP address, without blanks, slashes or
-/// control characters.
+/// Whether a text can be a server's host: a name or an IP address (version 6 also in brackets),
+/// without blanks, slashes or control characters.
 bool is_host(const QString &text);
 
 /// "ann on mail.example.org", for a person.

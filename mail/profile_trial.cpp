@@ -28,8 +28,11 @@ QString count_messages(const MailProfile &profile, const InboxOpener &open_inbox
                  .arg(local_inbox_places().join(QStringLiteral(", "))));
     const auto inbox = open_inbox(profile, credentials);
     inbox->fetch();
-    return inbox->count() == 1 ? QStringLiteral("1 message in the inbox.")
-                               : QStringLiteral("%L1 messages in the inbox.").arg(inbox->count());
+    const QString found = inbox->count() == 1
+                              ? QStringLiteral("1 message in the inbox.")
+                              : QStringLiteral("%L1 messages in the inbox.").arg(inbox->count());
+    const QString caution = inbox->caution();
+    return caution.isEmpty() ? found : found + u' ' + caution;
 }
 
 /// The step's sentence behind what it is about; `all_well` becomes false when it fails.

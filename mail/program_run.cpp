@@ -1,16 +1,15 @@
 #include "mail/program_run.h"
 
+#include "mail/process_group.h"
+
 #include <QElapsedTimer>
 #include <QProcess>
 
-#include <csignal>
-#include <unistd.h>
 #include <utility>
 
 namespace
 {
 constexpr int slice = 50; // milliseconds between two turns
-constexpr int grace = 2000;
 constexpr qsizetype most_words = 4096;
 
 class ProgramRun
@@ -21,8 +20,7 @@ public:
           turn_(turn)
     {
         process_.setStandardOutputFile(QProcess::nullDevice());
-        // A group of its own, so that what the program starts can be ended with it.
-        process_.setChildProcessModifier([] { ::setpgid(0, 0); });
+        lead_group(process_);
         QObject::connect(&process_, &QProcess::bytesWritten, &process_,
                          [this](qint64 count) { written_ += count; });
     }
@@ -38,7 +36,7 @@ public:
         const bool ended = wait();
         const bool read_all = written_ == input.size();
         if (!ended)
-            kill_group();
+            end_group(process_, group_);
         read_words();
         return {ended ? kind_of_end(read_all) : ProgramEnd::Kind::TimedOut, process_.exitCode(),
                 QString::fromUtf8(words_).trimmed()};
@@ -70,17 +68,6 @@ private:
         const QByteArray fresh = process_.readAllStandardError();
         words_ = (words_ + fresh).right(most_words);
         return !fresh.isEmpty();
-    }
-
-    void kill_group()
-    {
-        ::kill(-group_, SIGTERM);
-        if (!process_.waitForFinished(grace)) {
-            ::kill(-group_, SIGKILL);
-            process_.kill();
-            process_.waitForFinished();
-        }
-        ::kill(-group_, SIGKILL); // what outlived the program itself
     }
 
     ProgramEnd::Kind kind_of_end(bool read_all) const

@@ -40,6 +40,29 @@ bool is_path(const QString &named)
     return named.contains(u'/') || named.contains(u'\\');
 }
 
+// Other codes tell of a failure that may have come after the message had been passed on.
+Fate fate_of_exit(int code)
+{
+    switch (code) {
+    case EX_OK:
+        return Fate::Accepted;
+    case EX_TEMPFAIL:
+        return Fate::NotNow;
+    case EX_USAGE:
+    case EX_DATAERR:
+    case EX_NOINPUT:
+    case EX_NOUSER:
+    case EX_NOHOST:
+    case EX_UNAVAILABLE:
+    case EX_CANTCREAT:
+    case EX_NOPERM:
+    case EX_CONFIG:
+        return Fate::Refused;
+    default:
+        return Fate::Unknown;
+    }
+}
+
 RecipientFate fate_of(const ProgramEnd &end)
 {
     const QString words = harmless_text(end.words);
@@ -59,10 +82,10 @@ RecipientFate fate_of(const ProgramEnd &end)
     case ProgramEnd::Kind::Exited:
         break;
     }
-    if (end.exit_code == EX_OK)
-        return {{}, Fate::Accepted, {}};
-    return telling(end.exit_code == EX_TEMPFAIL ? Fate::NotNow : Fate::Refused,
-                   QStringLiteral("exit code %1").arg(end.exit_code));
+    const Fate fate = fate_of_exit(end.exit_code);
+    return fate == Fate::Accepted
+               ? RecipientFate{{}, fate, {}}
+               : telling(fate, QStringLiteral("exit code %1").arg(end.exit_code));
 }
 } // namespace
 

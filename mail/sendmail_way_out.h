@@ -11,8 +11,10 @@ QString find_sendmail(const QString &named);
 /// `-i -f SENDER -- RECIPIENT…`, no shell between; it reads no recipient from the header, and gets
 /// the message with LF line ends, as local programs write it.
 ///
-/// A program that ends with exit code 0 has taken the message for all recipients of the envelope;
-/// another exit code refuses all (EX_TEMPFAIL, 75, for the moment). A program without a sign of
+/// A program that ends with exit code 0 has taken the message for all recipients of the envelope.
+/// The codes of sysexits.h that blame the command, the message, an address or the set-up refuse
+/// all, EX_TEMPFAIL (75) for the moment. After any other code nobody knows what went out. A
+/// program without a sign of
 /// life for ten times the conditions' patience is ended, with all that it started: nobody knows
 /// what it did, and it is not run again for the other envelopes.
 class SendmailWayOut : public MailWayOut

@@ -1,5 +1,6 @@
 #include "mail/token_command.h"
 
+#include "mail/process_group.h"
 #include "platform/runtime_error.h"
 
 #include <QDeadlineTimer>
@@ -37,23 +38,23 @@ QString readable(const QByteArray &errors, const QString &token)
     throw RuntimeError(error_number::mail_failure, description);
 }
 
-/// A running token command; killed when it is given up.
+/// A running token command; ended with all that it started when it is given up.
 class TokenProcess
 {
 public:
     explicit TokenProcess(const QStringList &words) : program_(words.first())
     {
         process_.setStandardInputFile(QProcess::nullDevice());
+        lead_group(process_);
         process_.start(program_, words.mid(1), QIODevice::ReadOnly);
         if (!process_.waitForStarted())
             fail(program_, QStringLiteral("cannot be started"), process_.errorString());
+        group_ = static_cast<pid_t>(process_.processId());
     }
     ~TokenProcess()
     {
-        if (process_.state() == QProcess::NotRunning)
-            return;
-        process_.kill();
-        process_.waitForFinished(1000);
+        if (process_.state() != QProcess::NotRunning)
+            end_group(process_, group_);
     }
     Q_DISABLE_COPY_MOVE(TokenProcess)
 
@@ -100,6 +101,7 @@ private:
 
     QString program_;
     QProcess process_;
+    pid_t group_ = 0;
     QByteArray output_;
     QByteArray errors_;
 };

@@ -14,7 +14,7 @@ struct TokenPatience
 
 /// Runs the command that prints an OAuth 2 access token. No shell sees it: the line is a program
 /// and its arguments, double quotes hold together what has blanks. The program gets nothing to
-/// read.
+/// read; when it is given up, what it started is ended with it.
 /// @return the first line of what it prints, without blanks around it.
 /// @throws RuntimeError 32000 when the command is empty, cannot be started, takes too long, prints
 /// too much, ends with another exit code than 0, or prints no token. The error has the exit code

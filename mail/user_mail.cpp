@@ -14,5 +14,6 @@ UserMail::UserMail(const QString &profile_file, const StoreDialogs &dialogs,
 
 ProfileDesk UserMail::profile_desk()
 {
-    return {accounts_, inbox_opener(conditions_), way_out_trial(conditions_), name_service()};
+    return {accounts_, inbox_opener(conditions_), way_out_trial(conditions_), name_service(),
+            [this](const std::function<void()> &operation) { store_.run(operation); }};
 }

@@ -23,6 +23,7 @@ public:
 
     MailStore &store() { return store_; }
     MailAccounts &accounts() { return accounts_; }
+    /// What it runs makes the store busy. This outlives it.
     ProfileDesk profile_desk();
 
 private:

@@ -193,6 +193,18 @@ TEST_F(Accounts, ARefusedPasswordIsAskedForAgainAndNeverRemembered)
     EXPECT_FALSE(unattended.ask_again(server_profile(), MailUse::Reading, "no"));
 }
 
+TEST_F(Accounts, ARefusedPasswordStaysWhenNobodyAnswers)
+{
+    keychain.answers = false;
+    accounts.passwords().hold({"Work", MailUse::Reading}, "typed");
+    unattended.passwords().hold({"Work", MailUse::Reading}, "typed");
+    EXPECT_FALSE(unattended.ask_again(server_profile(), MailUse::Reading, "try later"));
+    EXPECT_EQ(unattended.credentials(server_profile(), MailUse::Reading).secret, "typed");
+    EXPECT_FALSE(accounts.ask_again(server_profile(), MailUse::Reading, "try later"));
+    EXPECT_FALSE(dialog.last_password.can_remember);
+    EXPECT_EQ(accounts.credentials(server_profile(), MailUse::Reading).secret, "typed");
+}
+
 TEST_F(Accounts, ATokenIsPrintedAnewEachTime)
 {
     MailProfile profile = server_profile();

@@ -336,6 +336,35 @@ TEST_F(MailProfiles, TestSaysWhatItFound)
     });
 }
 
+TEST_F(MailProfiles, NothingElseBeginsWhileServersAreWaitedFor)
+{
+    bool is_waiting = false;
+    QStringList met;
+    profile_desk.run = [&is_waiting](const std::function<void()> &operation) {
+        is_waiting = true;
+        operation();
+        is_waiting = false;
+    };
+    profile_desk.find_services = [&](const QStringList &) {
+        met += is_waiting ? "guarded" : "unguarded";
+        return records("mail.example.org");
+    };
+    profile_desk.try_way_out = [&](const MailProfile &, const std::function<Credentials()> &) {
+        met += is_waiting ? "guarded" : "unguarded";
+        return QString();
+    };
+    profiles.save(stored("Work"));
+    boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.click("test_profile");
+        window.click("find_servers");
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
+    choose("MailProfiles");
+    EXPECT_EQ(met, (QStringList{"guarded", "guarded"}));
+}
+
 TEST_F(MailProfiles, TestSaysExactlyWhatFailed)
 {
     profiles.save(stored("Work"));
@@ -443,6 +472,59 @@ TEST_F(MailProfiles, DeletingAsksFirst)
     choose("MailProfiles");
     EXPECT_FALSE(profiles.find("Club"));
     EXPECT_EQ(keychain.entries, (std::map<QString, QString>{{"work inbox", "a"}}));
+}
+
+TEST_F(MailProfiles, DeletingSaysThatAKeychainMayKeepThePasswords)
+{
+    profiles.save(stored("Work"));
+    keychain.answers = false;
+    boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.click("delete_profile");
+        EXPECT_EQ(window.names(), QStringList());
+        EXPECT_EQ(window.result(), "Deleted. No keychain of the desktop answered: a password that "
+                                   "it holds for the profile stays there.");
+        window.close();
+    });
+    boxes.expect_ok_cancel(
+        "Are you sure you want to delete the mail profile 'Work' and its passwords?", true);
+    choose("MailProfiles");
+}
+
+TEST_F(MailProfiles, AProfileThatHasGoneFromTheFileMeanwhileIsToldOf)
+{
+    profiles.save(stored("Work"));
+    profiles.save(stored("Club"));
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        profiles.remove(stored("Club"));
+        window.type("sender_name", "Saved");
+        window.select(1); // Yes
+        EXPECT_EQ(window.names(), QStringList{"Work"});
+        EXPECT_EQ(window.text("name"), "");
+        EXPECT_EQ(window.result(),
+                  "The mail profile 'Club' is no longer in the file as it was read.");
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg("Work"), true);
+    choose("MailProfiles");
+    EXPECT_EQ(profiles.find("Work")->profile.sender_name, "Saved");
+}
+
+TEST_F(MailProfiles, AControlCharacterIsNotSaved)
+{
+    open([](const ProfilesWindow &window) {
+        window.type("name", "Work");
+        window.choose("inbox_kind", "IMAP server");
+        window.control<QLineEdit>("inbox_server/user").setText("an\x01n");
+        window.click("save_profile");
+        EXPECT_EQ(window.result(), "The mail profile cannot be saved: 'inbox user' holds a control "
+                                   "character");
+        window.type("inbox_server/user", "ann");
+        window.click("save_profile");
+        EXPECT_TRUE(window.result().startsWith("Saved."));
+        window.close();
+    });
 }
 
 TEST_F(MailProfiles, ChangesAreAskedAboutBeforeTheyAreLeft)

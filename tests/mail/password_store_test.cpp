@@ -76,6 +76,19 @@ TEST_F(Passwords, HeldOnesGoToTheNewNameToo)
     keychain.answers = false;
     EXPECT_FALSE(passwords.rename("Club", "Work"));
     EXPECT_EQ(passwords.find(work).password, "a");
+    EXPECT_EQ(passwords.find({"Club", MailUse::Reading}).answer, StoreAnswer::NoStore);
+}
+
+TEST_F(Passwords, AreForgottenWithoutAKeychainToo)
+{
+    keychain.answers = false;
+    passwords.hold(work, "a");
+    passwords.hold(work_sending, "b");
+    EXPECT_FALSE(passwords.remove_all("work"));
+    EXPECT_EQ(passwords.find(work).answer, StoreAnswer::NoStore);
+    EXPECT_EQ(passwords.find(work_sending).answer, StoreAnswer::NoStore);
+    keychain.answers = true;
+    EXPECT_TRUE(passwords.remove_all("Work"));
 }
 
 // Whether any file below the folder holds these bytes.

@@ -156,10 +156,73 @@ TEST_F(StubPop3, AsksAnOldServerByItsOldCommands)
 {
     const QList<QByteArray> said =
         said_to({"-ERR what?\r\n", "+OK\r\n", "+OK in\r\n", "-ERR what?\r\n", list,
-                 "-ERR what?\r\n", message("1"), message("2"), "+OK\r\n"});
+                 "-ERR what?\r\n", "-ERR what?\r\n", message("1"), message("2"), "+OK\r\n"});
     EXPECT_EQ(said, (QList<QByteArray>{"[clear] CAPA", "[clear] USER ann", "[clear] PASS pencil",
                                        "[clear] CAPA", "[clear] LIST", "[clear] UIDL",
-                                       "[clear] RETR 1", "[clear] RETR 2", "[clear] QUIT"}));
+                                       "[clear] TOP 1 2147483647", "[clear] RETR 1",
+                                       "[clear] RETR 2", "[clear] QUIT"}));
+}
+
+TEST_F(StubPop3, AsksAnOldServerThatKnowsTopByTopAlone)
+{
+    const QList<QByteArray> said =
+        said_to({"-ERR what?\r\n", "+OK\r\n", "+OK in\r\n", "-ERR what?\r\n", list, identifiers,
+                 message("1"), message("2"), "+OK\r\n"});
+    EXPECT_EQ(said.mid(6), (QList<QByteArray>{"[clear] TOP 1 2147483647",
+                                              "[clear] TOP 2 2147483647", "[clear] QUIT"}));
+}
+
+TEST_F(StubPop3, TriesRetrOnlyWhereTopIsNotKnownToWork)
+{
+    const QByteArrayList signed_on = {"-ERR what?\r\n", "+OK\r\n", "+OK in\r\n",
+                                      "-ERR what?\r\n", list,      identifiers};
+    // The first message works: the second one's refusal is its own.
+    const StubServer knows_top([&](StubLine &line) {
+        speak(line, signed_on + QByteArrayList{message("1"), "-ERR broken\r\n", "+OK 2 60\r\n",
+                                               "+OK bye\r\n"});
+    });
+    EXPECT_EQ(outcome(knows_top), (QStringList{"message 1", "reading message 2: broken"}));
+    while (knows_top.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_FALSE(knows_top.heard().join().contains("RETR"));
+    // The first message has gone: that says nothing of TOP for the second.
+    const StubServer first_gone([&](StubLine &line) {
+        speak(line, signed_on + QByteArrayList{"-ERR no\r\n", "-ERR no\r\n", "-ERR no\r\n",
+                                               message("2"), "+OK bye\r\n"});
+    });
+    {
+        Pop3Inbox reader = inbox(first_gone);
+        reader.fetch();
+        EXPECT_THROW(reader.read(0), MessageGone);
+        EXPECT_EQ(reader.read(1).subject, "message 2");
+    }
+    while (first_gone.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_EQ(first_gone.heard().mid(6),
+              (QList<QByteArray>{"[clear] TOP 1 2147483647", "[clear] RETR 1", "[clear] LIST 1",
+                                 "[clear] TOP 2 2147483647", "[clear] QUIT"}));
+}
+
+TEST_F(StubPop3, CautionsWhereReadingLeavesATrace)
+{
+    const QByteArray without_top = "+OK\r\nUIDL\r\nSASL PLAIN\r\n.\r\n";
+    const StubServer lacking([&](StubLine &line) {
+        speak(line, {without_top, "+OK in\r\n", without_top, list, identifiers, message("1"),
+                     message("2"), "+OK bye\r\n"});
+    });
+    {
+        Pop3Inbox reader = inbox(lacking);
+        EXPECT_EQ(outcome(reader), all);
+        EXPECT_EQ(reader.caution(), "This server lacks TOP: reading marks messages as read for "
+                                    "other mail programs, on most servers.");
+    }
+    while (lacking.heard().isEmpty())
+        std::this_thread::yield();
+    EXPECT_EQ(lacking.heard()[5], "[clear] RETR 1");
+    const StubServer knowing([](StubLine &line) { speak(line, good); });
+    Pop3Inbox reader = inbox(knowing);
+    EXPECT_EQ(outcome(reader), all);
+    EXPECT_EQ(reader.caution(), "");
 }
 
 TEST_F(StubPop3, SendsALongTokenOnlyWhenItIsAskedFor)

@@ -161,6 +161,25 @@ TEST_F(Profiles, ADamagedEntryIsToldWithItsLineAndKept)
     EXPECT_EQ(content().left(bytes.size()), bytes);
 }
 
+TEST_F(Profiles, WhatWouldReadBackAsDamageIsNotSaved)
+{
+    file.save(imap_profile());
+    const QByteArray before = content();
+    MailProfile profile = imap_profile();
+    profile.inbox_server.token_command = "/bin/token\x01";
+    EXPECT_EQ(
+        failure_text([&] { file.save(profile, imap_profile()); }),
+        "5 The mail profile cannot be saved: 'inbox token command' holds a control character");
+    profile = imap_profile("Other");
+    profile.sender_name = "a\u0085b";
+    EXPECT_EQ(failure_text([&] { file.save(profile); }),
+              "5 The mail profile cannot be saved: 'sender name' holds a control character");
+    profile.sender_name = QString(5000, u'x');
+    EXPECT_EQ(failure_text([&] { file.save(profile); }),
+              "5 The mail profile cannot be saved: 'sender name' is longer than 4096 characters");
+    EXPECT_EQ(content(), before);
+}
+
 TEST_F(Profiles, SavingADamagedProfileMakesItSound)
 {
     write("[profile]\nname=Work\ninbox port=x\n");
@@ -265,9 +284,11 @@ TEST(ProfileRules, KnowTheProtocolsPorts)
 
 TEST(ProfileRules, KnowAHost)
 {
-    for (const char *host : {"mail.example.org", "localhost", "127.0.0.1", "::1", "fe80::1%eth0"})
+    for (const char *host : {"mail.example.org", "localhost", "127.0.0.1", "::1", "fe80::1%eth0",
+                             "[::1]", "[fe80::1%eth0]"})
         EXPECT_TRUE(is_host(host)) << host;
-    for (const char *host : {"", "a b", "-x", "http://a", "a@b", "a\nb", "a'b", "a;b"})
+    for (const char *host : {"", "a b", "-x", "http://a", "a@b", "a\nb", "a'b", "a;b", "[", "[]",
+                             "[::1", "::1]", "[[::1]]", "[::1]:993", "[mail.example.org]"})
         EXPECT_FALSE(is_host(host)) << host;
     EXPECT_FALSE(is_host(QString(256, 'a')));
 }

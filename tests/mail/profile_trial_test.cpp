@@ -50,6 +50,22 @@ void refuse_pop3(StubLine &line)
     }
 }
 
+/// A POP3 inbox of one message, on a server that names all but TOP.
+void be_pop3_server_without_top(StubLine &line)
+{
+    line.say("+OK ready\r\n");
+    while (line.is_open()) {
+        const QByteArray command = line.hear();
+        if (command.isEmpty())
+            return;
+        const QByteArray capabilities = "+OK\r\nUIDL\r\n.\r\n";
+        line.say(command.startsWith("CAPA")   ? capabilities
+                 : command.startsWith("LIST") ? QByteArray("+OK\r\n1 60\r\n.\r\n")
+                 : command.startsWith("UIDL") ? QByteArray("+OK\r\n1 a\r\n.\r\n")
+                                              : QByteArray("+OK\r\n"));
+    }
+}
+
 class Trial : public testing::Test
 {
 protected:
@@ -98,6 +114,15 @@ TEST_F(Trial, CountsTheMessagesOfAServerAndAsksTheWayOut)
     EXPECT_TRUE(way_out.taken().isEmpty());
     for (const QByteArray &heard : inbox.heard())
         EXPECT_FALSE(heard.contains("SELECT") || heard.contains("STORE")) << heard.toStdString();
+}
+
+TEST_F(Trial, SaysThatReadingWillLeaveATrace)
+{
+    const StubServer inbox(be_pop3_server_without_top);
+    read_from(InboxKind::Pop3, inbox.port());
+    EXPECT_EQ(run("right").text.section('\n', 0, 0),
+              "Reading: 1 message in the inbox. This server lacks TOP: reading marks messages as "
+              "read for other mail programs, on most servers.");
 }
 
 TEST_F(Trial, SaysWhatTheServerSaidAndNoSecret)

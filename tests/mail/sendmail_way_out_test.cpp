@@ -101,9 +101,33 @@ TEST_F(Sendmail, SaysWhyItRefuses)
     const RecipientFate refused = fate("echo 'first line' >&2; printf 'a\\033[31mb' >&2; exit 65");
     EXPECT_EQ(refused.fate, Fate::Refused);
     EXPECT_EQ(refused.words, "exit code 65: first line\\na\\u001B[31mb");
-    EXPECT_EQ(fate("exit 75").fate, Fate::NotNow);
-    EXPECT_EQ(fate("exit 1").words, "exit code 1");
 }
+
+struct Exit
+{
+    int code;
+    Fate fate;
+};
+
+class SendmailExit : public Sendmail, public testing::WithParamInterface<Exit>
+{
+};
+
+TEST_P(SendmailExit, TellsWhatBecameOfTheMessage)
+{
+    const RecipientFate told = fate("exit " + QByteArray::number(GetParam().code));
+    EXPECT_EQ(told.fate, GetParam().fate);
+    EXPECT_EQ(told.words, QString("exit code %1").arg(GetParam().code));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Codes, SendmailExit,
+    testing::Values(Exit{64, Fate::Refused}, Exit{65, Fate::Refused}, Exit{66, Fate::Refused},
+                    Exit{67, Fate::Refused}, Exit{68, Fate::Refused}, Exit{69, Fate::Refused},
+                    Exit{73, Fate::Refused}, Exit{77, Fate::Refused}, Exit{78, Fate::Refused},
+                    Exit{75, Fate::NotNow}, Exit{70, Fate::Unknown}, Exit{71, Fate::Unknown},
+                    Exit{72, Fate::Unknown}, Exit{74, Fate::Unknown}, Exit{76, Fate::Unknown},
+                    Exit{1, Fate::Unknown}, Exit{127, Fate::Unknown}));
 
 TEST_F(Sendmail, ThatHangsIsEndedWithAllItStarted)
 {

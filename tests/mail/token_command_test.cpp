@@ -3,9 +3,12 @@
 #include "tests/mail/mail_texts.h"
 #include "tests/support/private_home.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <gtest/gtest.h>
+
+#include <thread>
 
 namespace
 {
@@ -84,5 +87,26 @@ TEST_F(TokenCommand, ThatHangsIsGivenUpWhileTheWindowsPaint)
         named() + "did not end within 0.3 seconds");
     EXPECT_LT(clock.elapsed(), 5000);
     EXPECT_GT(turns, 1);
+}
+
+TEST_F(TokenCommand, ThatIsGivenUpIsEndedWithAllItStarted)
+{
+    const QString noted = home.file("child");
+    EXPECT_EQ(failure(script("sleep 60 & echo $! >'" + QFile::encodeName(noted) + "'; wait"),
+                      {std::chrono::milliseconds(500), [] {}}),
+              named() + "did not end within 0.5 seconds");
+    QFile file(noted);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray child = file.readAll().trimmed();
+    ASSERT_FALSE(child.isEmpty());
+    // Gone, or waiting to be buried by the system's first process; a kill takes its moment.
+    const auto is_gone = [&child] {
+        QFile status(QString("/proc/%1/stat").arg(QString::fromLatin1(child)));
+        return !status.open(QIODevice::ReadOnly) || status.readAll().contains(") Z ");
+    };
+    const QDeadlineTimer end(5'000);
+    while (!is_gone() && !end.hasExpired())
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_TRUE(is_gone());
 }
 } // namespace
