@@ -53,8 +53,10 @@ void look_up(const std::shared_ptr<Lookup> &lookup, const QByteArray &host, quin
     hints.ai_socktype = SOCK_STREAM;
     hints.ai_flags = AI_NUMERICSERV;
     addrinfo *list = nullptr;
-    const int error =
-        getaddrinfo(host.constData(), QByteArray::number(port).constData(), &hints, &list);
+    // This machine needs no name service to find itself (RFC 6761, section 6.3).
+    const bool is_this_machine = host.compare("localhost", Qt::CaseInsensitive) == 0;
+    const char *asked = is_this_machine ? nullptr : host.constData();
+    const int error = getaddrinfo(asked, QByteArray::number(port).constData(), &hints, &list);
     const std::unique_ptr<addrinfo, FreeAddresses> owned(error == 0 ? list : nullptr);
     const std::lock_guard lock(lookup->mutex);
     lookup->error = error;
