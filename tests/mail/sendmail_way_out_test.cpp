@@ -134,7 +134,7 @@ TEST_F(Sendmail, ThatHangsIsEndedWithAllItStarted)
     QElapsedTimer time;
     time.start();
     const RecipientFate hung =
-        fate("sleep 60 & echo $! >child; echo waiting >&2; wait", 100ms); // ten times: 1 s
+        fate("sleep 60 & echo $! >child; echo waiting >&2; wait", 300ms); // ten times: 3 s
     EXPECT_LT(time.elapsed(), 10'000);
     EXPECT_EQ(hung.fate, Fate::Unknown);
     EXPECT_EQ(hung.words, "the program hung and was ended: waiting");
@@ -158,7 +158,7 @@ TEST_F(Sendmail, ThatHungOnceIsNotRunForTheOthers)
     for (int i = 0; i < 170; ++i)
         recipients += QString("n%1@x.example").arg(i);
     const auto fates =
-        send(program("[ $number != 2 ] || sleep 60"), recipients, message, 100ms); // ten times: 1 s
+        send(program("[ $number != 2 ] || sleep 60"), recipients, message, 300ms); // ten times: 3 s
     ASSERT_EQ(fates.size(), 170U);
     for (int i = 0; i < 170; ++i) {
         const RecipientFate &each = fates[static_cast<std::size_t>(i)];
