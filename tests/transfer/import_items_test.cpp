@@ -205,7 +205,11 @@ TEST(ImportItemsOfLargeFiles, NothingButSeparatorsTakesNoMore)
     EXPECT_EQ(items.at(size), "");
     EXPECT_EQ(items.at(size - 1), "");
     EXPECT_EQ(items.at(0), "@");
+#ifndef __SANITIZE_ADDRESS__ // which keeps for a while what has been freed
     EXPECT_LE(peak_memory() - before, 5 * size);
+#else
+    EXPECT_GT(before, 0);
+#endif
 }
 
 TEST(ImportItemNumbers, AreFoundInEitherDirection)
