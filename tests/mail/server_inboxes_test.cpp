@@ -265,7 +265,8 @@ TEST_F(ServerInbox, IsReadOverEveryKindOfLine)
         Pop3Inbox by_pop3 = pop3(security);
         EXPECT_EQ(failure(by_pop3), "none");
     }
-    EXPECT_EQ(server.log().count("method=SCRAM-SHA-256"), 6);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return server.log().count("method=SCRAM-SHA-256") == 6; }))
+        << server.log().toStdString();
 }
 
 TEST_F(ServerInbox, IsNotReadWithAWrongPassword)
