@@ -18,13 +18,13 @@ namespace
 // which RFC 5321 (4.5.3.2.6) gives ten minutes: ten times the usual patience.
 constexpr int patience_as_a_server = 10;
 
-QString in_path(const QString &name)
+QString in_path(const QString &name, const QStringList &folders)
 {
     const QString found = QStandardPaths::findExecutable(name);
-    if (!found.isEmpty())
+    // Without folders it would look in PATH once more.
+    if (!found.isEmpty() || folders.isEmpty())
         return found;
-    return QStandardPaths::findExecutable(
-        name, {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/lib")});
+    return QStandardPaths::findExecutable(name, folders);
 }
 
 QString at_path(const QString &path)
@@ -89,10 +89,10 @@ RecipientFate fate_of(const ProgramEnd &end)
 }
 } // namespace
 
-QString find_sendmail(const QString &named)
+QString find_sendmail(const QString &named, const QStringList &folders)
 {
     const QString wanted = named.isEmpty() ? QStringLiteral("sendmail") : named;
-    QString found = is_path(wanted) ? at_path(wanted) : in_path(wanted);
+    QString found = is_path(wanted) ? at_path(wanted) : in_path(wanted, folders);
     if (found.isEmpty())
         throw RuntimeError(
             error_number::mail_failure,

@@ -3,9 +3,11 @@
 #include "mail/mail_way_out.h"
 
 /// The sendmail program to use: `named` (a path, native or in drive notation, or a name in PATH);
-/// when that is empty "sendmail" in PATH, else in /usr/sbin or /usr/lib.
+/// when that is empty "sendmail". A name is looked for in PATH, then in `folders`.
 /// @throws RuntimeError 32000 when there is no such program.
-QString find_sendmail(const QString &named);
+QString find_sendmail(const QString &named,
+                      const QStringList &folders = {QStringLiteral("/usr/sbin"),
+                                                    QStringLiteral("/usr/lib")});
 
 /// Hands messages to a program with the interface of sendmail. Its arguments are
 /// `-i -f SENDER -- RECIPIENT…`, no shell between; it reads no recipient from the header, and gets

@@ -227,6 +227,29 @@ TEST_F(Sendmail, IsLookedUpInPath)
     EXPECT_EQ(find_sendmail("sendmail"), path);
 }
 
+TEST_F(Sendmail, IsLookedUpInTheSystemsFoldersToo)
+{
+    program("exit 0", "sbin/sendmail");
+    qputenv("PATH", QFile::encodeName(home.file("none")) + ":/usr/bin:/bin");
+    EXPECT_EQ(find_sendmail("", {home.file("lib"), home.file("sbin")}), home.file("sbin/sendmail"));
+}
+
+TEST_F(Sendmail, ThatIsNowhereIsAFailure)
+{
+    qputenv("PATH", QFile::encodeName(home.file("none")));
+    for (const QStringList &folders : {QStringList(), QStringList(home.file("none"))}) {
+        try {
+            find_sendmail("", folders);
+            ADD_FAILURE() << "there was one";
+        } catch (const RuntimeError &error) {
+            EXPECT_EQ(error.number(), 32000);
+            EXPECT_EQ(error.description(),
+                      "There is no program \"sendmail\" on this machine to send mail with. Install "
+                      "a mail server, or set up a mail profile that sends through one.");
+        }
+    }
+}
+
 TEST_F(Sendmail, MayBeNamedByAPath)
 {
     const QString path = program("exit 0", "other/my mailer");

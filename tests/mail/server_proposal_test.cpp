@@ -8,6 +8,15 @@
 #include <QtEndian>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace
 {
 TEST(KnownProviders, ProposeTheirServers)
@@ -143,17 +152,41 @@ private:
     }
 };
 
-TEST(NameService, GivesTheRecordsThatItAnswers)
+/// Puts this process, which must have one thread, on a network of its own, a loopback alone: there
+/// everybody may answer at port 53. Where that is not allowed the process stays where it is.
+void enter_own_network()
 {
+    if (unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0)
+        return;
+    const int descriptor = socket(AF_INET, SOCK_DGRAM, 0);
+    ifreq loopback = {};
+    std::strcpy(loopback.ifr_name, "lo");
+    loopback.ifr_flags = IFF_UP;
+    ioctl(descriptor, SIOCSIFFLAGS, &loopback);
+    close(descriptor);
+}
+
+/// Asks a name server of its own; tells on standard error what came, and ends the process.
+[[noreturn]] void ask_own_name_server()
+{
+    enter_own_network();
     const QHostAddress place("127.0.0.153");
     NameServer server;
-    if (!server.bind(place, 53))
-        GTEST_SKIP() << "only an administrator may answer at port 53";
+    if (!server.bind(place, 53)) {
+        std::cerr << "nobody may answer at port 53: " << server.errorString().toStdString();
+        std::_Exit(2);
+    }
     const auto records = name_service(std::chrono::seconds(5), place)(service_names("example.org"));
-    ASSERT_EQ(records.size(), 1U);
-    EXPECT_EQ(records[0].name, "_imaps._tcp.example.org");
-    EXPECT_EQ(records[0].target, "mail.example.org");
-    EXPECT_EQ(records[0].port, 993);
+    for (const ServiceRecord &record : records)
+        std::cerr << record.name.toStdString() << ' ' << record.target.toStdString() << ' '
+                  << record.port << ';';
+    std::_Exit(0);
+}
+
+TEST(NameService, GivesTheRecordsThatItAnswers)
+{
+    EXPECT_EXIT(ask_own_name_server(), testing::ExitedWithCode(0),
+                "^_imaps._tcp.example.org mail.example.org 993;$");
 }
 
 TEST(NameService, ThatIsNotThereHasNoRecords)
