@@ -35,9 +35,7 @@ QDateTime received_date(const QByteArray &message)
 
 Pop3Inbox::Pop3Inbox(const MailServer &server, std::function<Credentials()> credentials,
                      const NetworkConditions &conditions)
-    : server_(server),
-      credentials_(std::move(credentials)),
-      conditions_(conditions)
+    : ServerInbox(server, std::move(credentials), conditions)
 {
 }
 
@@ -46,41 +44,13 @@ Pop3Inbox::~Pop3Inbox()
     sign_off();
 }
 
-void Pop3Inbox::fetch()
+void Pop3Inbox::open_session(const Credentials &credentials)
 {
-    sign_off();
-    entries_.clear();
-    failure_.reset();
-    may_resume_ = true;
-    try {
-        open_and_list();
-    } catch (const RuntimeError &error) {
-        give_up(error);
-        throw;
-    }
-}
-
-void Pop3Inbox::open_and_list()
-{
-    try {
-        open();
-        entries_ = list();
-    } catch (const LineLost &) {
-        sign_off();
-        open();
-        entries_ = list();
-    }
-}
-
-// The user may be asked for a password: before the line is open, for servers do not wait.
-void Pop3Inbox::open()
-{
-    const Credentials credentials = credentials_();
-    session_ = std::make_unique<Pop3Session>(server_, conditions_);
+    session_ = std::make_unique<Pop3Session>(server(), conditions());
     session_->sign_on(credentials);
 }
 
-std::vector<Pop3Inbox::Entry> Pop3Inbox::list()
+std::vector<Pop3Inbox::Entry> Pop3Inbox::listed()
 {
     session_->connection().begin(QStringLiteral("listing the messages"));
     std::vector<Entry> entries;
@@ -125,37 +95,7 @@ void Pop3Inbox::name_entries(std::vector<Entry> &entries)
     }
 }
 
-MessageFields Pop3Inbox::read(int index)
-{
-    if (failure_)
-        throw *failure_;
-    RawMessage message = read_raw(static_cast<std::size_t>(index));
-    may_resume_ = true;
-    return read_message(std::move(message));
-}
-
 RawMessage Pop3Inbox::read_raw(std::size_t index)
-{
-    try {
-        return ask_and_read(index);
-    } catch (const LineLost &error) {
-        if (!may_resume_ || entries_.at(index).identifier.isEmpty()) {
-            give_up(error);
-            throw;
-        }
-    } catch (const MessageGone &) {
-        throw;
-    } catch (const MessageRefused &) {
-        throw;
-    } catch (const RuntimeError &error) {
-        give_up(error);
-        throw;
-    }
-    resume();
-    return read_raw(index);
-}
-
-RawMessage Pop3Inbox::ask_and_read(std::size_t index)
 {
     session_->connection().begin(QStringLiteral("reading the messages"));
     if (entries_.at(index).number == 0)
@@ -262,47 +202,36 @@ void Pop3Inbox::tell_gone(std::size_t index) const
 {
     throw MessageGone(error_number::mail_failure,
                       QStringLiteral("Message %1 is no longer in the inbox of '%2'")
-                          .arg(QString::number(index + 1), server_.host));
+                          .arg(QString::number(index + 1), server().host));
 }
 
 // The numbers are those of one session; the identifiers tell which message is which.
-void Pop3Inbox::resume()
+void Pop3Inbox::take_up()
 {
-    may_resume_ = false;
-    sign_off();
-    try {
-        open();
-        QHash<QByteArray, quint32> numbers;
-        for (const Entry &entry : list()) {
-            if (!entry.identifier.isEmpty())
-                numbers.insert(entry.identifier, entry.number);
-        }
-        for (Entry &entry : entries_)
-            entry.number = numbers.value(entry.identifier, 0);
-    } catch (const RuntimeError &error) {
-        give_up(error);
-        throw;
+    QHash<QByteArray, quint32> numbers;
+    for (const Entry &entry : listed()) {
+        if (!entry.identifier.isEmpty())
+            numbers.insert(entry.identifier, entry.number);
     }
+    for (Entry &entry : entries_)
+        entry.number = numbers.value(entry.identifier, 0);
 }
 
-// The line is of no more use.
-void Pop3Inbox::give_up(const RuntimeError &error)
+bool Pop3Inbox::can_be_found_again(std::size_t index) const
 {
-    failure_ = error;
-    sign_off();
+    return !entries_.at(index).identifier.isEmpty();
 }
 
-void Pop3Inbox::sign_off()
+qint64 Pop3Inbox::close_session(bool waits)
 {
-    if (!session_)
-        return;
-    session_->quit(asked_.empty() && !failure_);
+    session_->quit(asked_.empty() && waits);
     asked_.clear();
-    received_before_ += session_->connection().received();
+    const qint64 received = session_->connection().received();
     session_.reset();
+    return received;
 }
 
-qint64 Pop3Inbox::received() const
+const ServerConnection *Pop3Inbox::line() const
 {
-    return received_before_ + (session_ ? session_->connection().received() : 0);
+    return session_ ? &session_->connection() : nullptr;
 }
