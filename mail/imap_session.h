@@ -71,6 +71,7 @@ private:
 
     MailServer server_;
     ServerConnection connection_;
+    int most_untagged_; // between two commands' ends
     QList<QByteArray> capabilities_; // in capital letters
     bool is_signed_on_ = false;
     int last_tag_ = 0;

@@ -64,6 +64,16 @@ TEST(ImapResponses, BeyondAllMeasureAreRefused)
             EXPECT_TRUE(error.description().contains("the server announced")) << error.what();
         }
     }
+    // All of it counts together.
+    EXPECT_THROW(response_of("* 1 FETCH (BODY[1] {5}\r\nhello BODY[2] {100663280}\r\n"),
+                 RuntimeError);
+    try {
+        response_of("* 1 FETCH (X " + QByteArray(8 * 1024 * 1024, 'x'));
+        FAIL() << "took a line without end";
+    } catch (const RuntimeError &error) {
+        EXPECT_TRUE(error.description().contains("a line of more than 8388608 bytes"))
+            << error.what();
+    }
 }
 
 TEST(ImapFetches, TellWhatIsKnownOfAMessage)
