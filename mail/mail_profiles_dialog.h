@@ -50,7 +50,7 @@ private:
     bool is_changed() const;
     bool may_leave();
     bool save();
-    QString keep_passwords(const QString &old_name, const MailProfile &profile);
+    QString keep_passwords(const MailProfile &profile);
     bool agrees_to(const ServerProposal &proposal, const QString &address);
     Credentials credentials(MailUse use);
 
