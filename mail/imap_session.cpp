@@ -246,9 +246,11 @@ ImapSession::End ImapSession::read_to_an_end(const Handler &on_untagged,
             continue;
         }
         const QByteArray keyword = response.keyword();
-        if (keyword != "OK" && keyword != "NO")
+        if (keyword == "OK")
+            return {response.tag, std::nullopt};
+        if (keyword != "NO" && keyword != "BAD")
             connection_.fail(connection_.step(), words_of(response));
-        return {response.tag, keyword == "NO" ? std::optional(words_of(response)) : std::nullopt};
+        return {response.tag, words_of(response), keyword == "BAD"};
     }
     connection_.fail(connection_.step(), QStringLiteral("the server never comes to an end"));
 }
@@ -257,6 +259,8 @@ std::optional<QString> ImapSession::finish(const QByteArray &tag, const Handler 
                                            const Handler &on_continuation)
 {
     const End end = read_to_an_end(on_untagged, on_continuation);
+    if (end.is_bad)
+        connection_.fail(connection_.step(), *end.refusal);
     if (end.tag != tag)
         connection_.fail(connection_.step(),
                          QStringLiteral("the server answers what it was not asked"));

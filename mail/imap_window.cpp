@@ -204,11 +204,14 @@ void ImapWindow::take(ImapFetch fetch)
 // Another program's change of a flag comes as a FETCH too: it has nothing of what was asked for.
 void ImapWindow::take(Item &item, ImapFetch fetch)
 {
+    // What cannot be read is asked for in another way.
+    item.has_answer = item.has_answer ||
+                      (fetch.is_cut && (item.want == Want::Outline || item.want == Want::Parts));
     qint64 taken = 0;
     if (fetch.structure && item.want == Want::Outline) {
         item.structure = std::move(fetch.structure);
         item.has_answer = true;
-        taken += fetch.length;
+        taken += fetch.structure_size;
     }
     for (auto &[section, bytes] : fetch.sections) {
         if (!is_asked_for(item, section))

@@ -411,22 +411,46 @@ TEST_F(StubImap, RefusesAnswersToWhatItDidNotAsk)
 
 TEST_F(StubImap, AMessageThatTheServerCannotGiveIsToldAloneAndTheOthersAreRead)
 {
-    QByteArrayList answers = good;
-    answers[4] = message("5") + "TAG NO [SERVERBUG] cannot read 6\r\n";
-    answers[5] = "TAG NO [SERVERBUG] cannot read 6\r\n";
-    answers += message("9") + "TAG OK fetched\r\n";
-    const StubServer stub([&](StubLine &line) { speak(line, answers); });
-    ImapInbox reader = inbox(stub);
-    reader.fetch();
-    EXPECT_EQ(reader.read(0).subject, "message 5");
-    try {
-        reader.read(1);
-        FAIL() << "read what the server refused";
-    } catch (const MessageRefused &error) {
-        EXPECT_TRUE(error.description().endsWith("), reading message 2: [SERVERBUG] cannot read 6"))
-            << error.what();
+    for (const QByteArray refusal :
+         {"TAG NO [SERVERBUG] cannot read 6\r\n", "TAG BAD [SERVERBUG] cannot read 6\r\n"}) {
+        QByteArrayList answers = good;
+        answers[4] = message("5") + refusal;
+        answers[5] = refusal;
+        answers += message("9") + "TAG OK fetched\r\n";
+        const StubServer stub([&](StubLine &line) { speak(line, answers); });
+        ImapInbox reader = inbox(stub);
+        reader.fetch();
+        EXPECT_EQ(reader.read(0).subject, "message 5");
+        try {
+            reader.read(1);
+            FAIL() << "read what the server refused";
+        } catch (const MessageRefused &error) {
+            EXPECT_TRUE(
+                error.description().endsWith("), reading message 2: [SERVERBUG] cannot read 6"))
+                << error.what();
+        }
+        EXPECT_EQ(reader.read(2).subject, "message 9");
     }
-    EXPECT_EQ(reader.read(2).subject, "message 9");
+}
+
+TEST_F(StubImap, AnAnswerThatCannotBeReadIsAskedForAsTheBeginningOfTheMessage)
+{
+    const QByteArray text = "Subject: odd\r\n\r\nits text\r\n";
+    const QByteArray whole = " BODY[]<0> {" + QByteArray::number(text.size()) + "}\r\n" + text;
+    QByteArrayList answers = good;
+    answers[3] = listed(50'000);
+    answers[4] = "* 1 FETCH (UID 5 BODYSTRUCTURE " + QByteArray(120, '(') + QByteArray(120, ')') +
+                 " BODY[HEADER.FIELDS (X)]<0> {15}\r\nSubject: deep\r\n)\r\n"
+                 "* 1 FETCH (UID 6 BODYSTRUCTURE ((\r\n"
+                 "* 1 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1))\r\n"
+                 "TAG OK x\r\n";
+    // The last one's part makes no sense, in its turn.
+    answers[5] = "* 1 FETCH (UID 9 BODY[1] \"never ended)\r\nTAG OK x\r\n";
+    answers.insert(5, "* 1 FETCH (UID 5" + whole + ")\r\n* 1 FETCH (UID 6" + whole +
+                          ")\r\nTAG OK x\r\n");
+    answers += "* 1 FETCH (UID 9" + whole + ")\r\nTAG OK x\r\n";
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    EXPECT_EQ(outcome(stub), (QStringList{"odd", "odd", "odd"}));
 }
 
 TEST_F(StubImap, AMessageThatWasExpungedMeanwhileHasGone)
