@@ -65,7 +65,7 @@ void ImapSession::sign_on(const Credentials &credentials)
 // A server that takes the line for signed on before it is encrypted would keep it from being so.
 void ImapSession::read_greeting()
 {
-    connection_.begin(QStringLiteral("connecting"));
+    connection_.begin(QStringLiteral("connecting"), ServerConnection::StepLength::Short);
     const ImapResponse greeting = read_imap_response(connection_);
     const QByteArray keyword = greeting.keyword();
     if (!greeting.is_untagged() || (keyword != "OK" && keyword != "PREAUTH" && keyword != "BYE"))
@@ -94,7 +94,7 @@ bool ImapSession::can(const QByteArray &capability) const
 
 void ImapSession::start_tls()
 {
-    connection_.begin(QStringLiteral("encrypting the line"));
+    connection_.begin(QStringLiteral("encrypting the line"), ServerConnection::StepLength::Short);
     read_capabilities();
     if (!can("STARTTLS"))
         connection_.fail(connection_.step(),
@@ -105,7 +105,7 @@ void ImapSession::start_tls()
 
 void ImapSession::authenticate(const Credentials &credentials)
 {
-    connection_.begin(QStringLiteral("logging in"));
+    connection_.begin(QStringLiteral("logging in"), ServerConnection::StepLength::Short);
     if (credentials.kind == SignInKind::None)
         connection_.fail(connection_.step(), QStringLiteral("the server asks for a password"));
     if (!connection_.may_carry_secrets())
@@ -174,7 +174,8 @@ void ImapSession::log_in(const Credentials &credentials)
 
 ImapMailbox ImapSession::examine(const QString &mailbox)
 {
-    connection_.begin(QStringLiteral("opening the mailbox '%1'").arg(mailbox));
+    connection_.begin(QStringLiteral("opening the mailbox '%1'").arg(mailbox),
+                      ServerConnection::StepLength::Short);
     ImapMailbox opened;
     auto refusal = try_examine(mailbox, opened);
     if (refusal && mailbox.contains(u'/')) {

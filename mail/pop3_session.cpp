@@ -46,7 +46,7 @@ void Pop3Session::sign_on(const Credentials &credentials)
 {
     connection_.hide(credentials.secret.toUtf8());
     connection_.open();
-    connection_.begin(QStringLiteral("connecting"));
+    connection_.begin(QStringLiteral("connecting"), ServerConnection::StepLength::Short);
     const QByteArray greeting = connection_.read_line();
     if (!is_accepted(greeting))
         connection_.fail(connection_.step(), greeting.startsWith("-ERR")
@@ -85,7 +85,7 @@ QByteArrayList Pop3Session::mechanisms() const
 
 void Pop3Session::start_tls()
 {
-    connection_.begin(QStringLiteral("encrypting the line"));
+    connection_.begin(QStringLiteral("encrypting the line"), ServerConnection::StepLength::Short);
     read_capabilities();
     if (!can("STLS"))
         connection_.fail(connection_.step(),
@@ -96,7 +96,7 @@ void Pop3Session::start_tls()
 
 void Pop3Session::authenticate(const Credentials &credentials)
 {
-    connection_.begin(QStringLiteral("logging in"));
+    connection_.begin(QStringLiteral("logging in"), ServerConnection::StepLength::Short);
     if (credentials.kind == SignInKind::None)
         connection_.fail(connection_.step(), QStringLiteral("the server asks for a password"));
     if (!connection_.may_carry_secrets())

@@ -47,7 +47,7 @@ SmtpSession::SmtpSession(MailServer server, const std::function<Credentials()> &
       line_(server_, conditions)
 {
     line_.open();
-    begin(QStringLiteral("greeting the server"));
+    line_.begin(QStringLiteral("greeting the server"), ServerConnection::StepLength::Short);
     const SmtpReply welcome = read_smtp_reply(line_);
     if (welcome.code != ready)
         fail(welcome);
@@ -75,7 +75,7 @@ void SmtpSession::greet()
 
 void SmtpSession::encrypt()
 {
-    begin(QStringLiteral("encrypting the line"));
+    line_.begin(QStringLiteral("encrypting the line"), ServerConnection::StepLength::Short);
     if (!offers("STARTTLS"))
         fail(QStringLiteral(
             "the server does not offer encryption (STARTTLS), which the profile asks "
@@ -84,7 +84,7 @@ void SmtpSession::encrypt()
     if (reply.code != ready)
         fail(reply);
     line_.start_tls();
-    begin(QStringLiteral("greeting the server"));
+    line_.begin(QStringLiteral("greeting the server"), ServerConnection::StepLength::Short);
     greet(); // what was said on the plain line does not count (RFC 3207 4.2)
 }
 
@@ -95,7 +95,7 @@ QList<QByteArray> SmtpSession::offered_mechanisms() const
 
 void SmtpSession::sign_on(const std::function<Credentials()> &credentials)
 {
-    begin(QStringLiteral("signing on"));
+    line_.begin(QStringLiteral("signing on"), ServerConnection::StepLength::Short);
     if (!line_.may_carry_secrets())
         fail(QStringLiteral(
             "the line is not encrypted: everybody on the way could read the password"));
