@@ -50,21 +50,21 @@ bool SessionPasswords::remove_all(const QString &profile)
     });
 }
 
-bool SessionPasswords::rename(const QString &profile, const QString &new_name)
+bool SessionPasswords::rename(const QString &old_name, const QString &new_name)
 {
-    if (is_same_profile(profile, new_name))
+    if (is_same_profile(old_name, new_name))
         return true;
     for (const MailUse use : uses) {
-        if (const auto held = held_.extract(held_key({profile, use})); !held.empty())
+        if (const auto held = held_.extract(held_key({old_name, use})); !held.empty())
             hold({new_name, use}, held.mapped());
     }
     for (const MailUse use : uses) {
-        const StoredPassword stored = store_.read({profile, use});
+        const StoredPassword stored = store_.read({old_name, use});
         const bool has_come = stored.answer == StoreAnswer::Absent ||
                               (stored.answer == StoreAnswer::Done &&
                                store_.write({new_name, use}, stored.password) == StoreAnswer::Done);
         if (!has_come)
             return false;
     }
-    return remove_all(profile);
+    return remove_all(old_name);
 }

@@ -65,7 +65,7 @@ public:
     /// Takes a profile's passwords along to its new name; what was held is held under that alone.
     /// @return whether all have come along: a store that does not answer keeps what it has under
     /// the old name.
-    bool rename(const QString &profile, const QString &new_name);
+    bool rename(const QString &old_name, const QString &new_name);
 
 private:
     using Held = std::map<std::pair<QString, MailUse>, QString>;
