@@ -45,7 +45,12 @@ void ImapInbox::list()
     entries.erase(std::unique(entries.begin(), entries.end(), is_same), entries.end());
     entries_ = std::move(entries);
     validity_ = opened_.uid_validity;
-    window_ = std::make_unique<ImapWindow>(*session_, entries_);
+    open_window();
+}
+
+void ImapInbox::open_window()
+{
+    window_ = std::make_unique<ImapWindow>(*session_, entries_, conditions().bounds.most_held);
 }
 
 RawMessage ImapInbox::read_raw(std::size_t index)
@@ -65,7 +70,7 @@ void ImapInbox::take_up()
         session_->connection().fail(
             QStringLiteral("going on with the messages"),
             QStringLiteral("the server has numbered the messages of '%1' anew").arg(mailbox_));
-    window_ = std::make_unique<ImapWindow>(*session_, entries_);
+    open_window();
 }
 
 qint64 ImapInbox::close_session(bool waits)
