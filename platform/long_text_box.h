@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/long_text.h"
 #include "platform/text_box.h"
 #include "platform/text_page.h"
+
+#include <memory>
 
 class QKeyEvent;
 class QScrollBar;
@@ -28,6 +31,14 @@ public:
     /// Takes another box's text without a copy of it.
     void share_text(const LongTextBox &other);
 
+    /// Shows a text that lies elsewhere, with LF as its line breaks, without a copy of it. It is
+    /// read where the box shows it, for the first time in the event loop's next turn, and becomes
+    /// the box's own when it is changed here. It may grow at its end: see text_has_grown().
+    void show_text(std::shared_ptr<const LongText> text);
+
+    /// Tells that the text of show_text() has become longer. Takes no time by the text's length.
+    void text_has_grown();
+
     /// Whether the document holds only a page of the text.
     bool is_paged() const;
 
@@ -45,10 +56,14 @@ protected:
 
 private:
     // The text and its page. Positions count in the whole text.
+    qsizetype stored_length() const;
+    QString stored_stretch(qsizetype start, qsizetype count) const;
     qsizetype length() const;
     qsizetype page_end() const;
     QString whole() const;
+    QString whole_stretch(qsizetype start, qsizetype count) const;
     void show_anew(const QString &text);
+    void own_text();
     void store_page();
     void show_page(qsizetype around);
 
@@ -76,7 +91,9 @@ private:
     void show_bar();
     void place_bar();
 
-    QString text_; // with LF; without what was typed into the page since store_page()
+    // With LF; without what was typed into the page since store_page().
+    QString text_;
+    std::shared_ptr<const LongText> outside_; // in place of text_
     TextPage page_;
     qsizetype anchor_ = 0;
     qsizetype position_ = 0;
