@@ -132,14 +132,26 @@ void LongTextBox::store_page()
     document()->setModified(false);
 }
 
+TextPage LongTextBox::page_at(qsizetype around) const
+{
+    return outside_ ? page_around(*outside_, around, page_reach())
+                    : page_around(PlainText(text_), around, page_reach());
+}
+
 // What is typed into the page must have been stored before.
 void LongTextBox::show_page(qsizetype around)
 {
     {
         const QScopedValueRollback loading(loading_, true);
-        page_ = outside_ ? page_around(*outside_, around, reach())
-                         : page_around(PlainText(text_), around, reach());
-        setPlainText(stored_stretch(page_.start, page_.end - page_.start));
+        const auto stretch = [this] {
+            return stored_stretch(page_.start, page_.end - page_.start);
+        };
+        is_short_page_ = false;
+        page_ = page_at(around);
+        is_short_page_ = has_long_cluster(stretch());
+        if (is_short_page_)
+            page_ = page_at(around);
+        setPlainText(stretch());
     }
     project_selection();
 }

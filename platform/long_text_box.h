@@ -65,6 +65,7 @@ private:
     void show_anew(const QString &text);
     void own_text();
     void store_page();
+    TextPage page_at(qsizetype around) const;
     void show_page(qsizetype around);
 
     // The selection. The document's cursor stands for it, cut to the page.
@@ -82,6 +83,7 @@ private:
 
     // Scrolling.
     qsizetype reach() const;
+    qsizetype page_reach() const;
     qsizetype top_position() const;
     void scroll_to(qsizetype top);
     void go_to(qsizetype top);
@@ -95,6 +97,7 @@ private:
     QString text_;
     std::shared_ptr<const LongText> outside_; // in place of text_
     TextPage page_;
+    bool is_short_page_ = false; // it holds what takes long to lay out
     qsizetype anchor_ = 0;
     qsizetype position_ = 0;
     QScrollBar *bar_; // in place of the box's own while the text is paged

@@ -141,13 +141,19 @@ void LongTextBox::dropEvent(QDropEvent *event)
 {
     // What is moved within the box would go by places in the page, which the move itself changes.
     const bool moves_own_text = event->source() == this || event->source() == viewport();
-    if (is_paged() && moves_own_text) {
+    const bool is_large = event->mimeData()->text().size() >= reach();
+    if ((is_paged() || is_large) && moves_own_text) {
         event->ignore();
         return;
     }
-    if (is_paged())
+    if (is_paged() || is_large)
         put_cursor_at(event->position().toPoint());
-    TextBox::dropEvent(event);
+    if (is_large) { // the document would have it inserted in the middle of a change of its own
+        insertFromMimeData(event->mimeData());
+        event->acceptProposedAction();
+    } else {
+        TextBox::dropEvent(event);
+    }
 }
 
 QMimeData *LongTextBox::createMimeDataFromSelection() const
@@ -170,6 +176,7 @@ void LongTextBox::insertFromMimeData(const QMimeData *source)
         return;
     }
     const QString inserted = document_text(text);
+    adopt_cursor(); // the middle button moves it without a word
     store_page();
     own_text();
     const qsizetype start = std::min(anchor_, position_);

@@ -28,6 +28,11 @@ qsizetype LongTextBox::reach() const
     return std::max(least, 4 * columns * rows);
 }
 
+qsizetype LongTextBox::page_reach() const
+{
+    return is_short_page_ ? 1 << 13 : reach();
+}
+
 qsizetype LongTextBox::top_position() const
 {
     const QTextBlock block = firstVisibleBlock();
@@ -74,10 +79,11 @@ void LongTextBox::settle()
     if (selecting_ && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
         return;
     const qsizetype top = top_position();
-    const bool near_start = page_.start > 0 && top - page_.start < reach() / 4;
-    const bool near_end = page_end() < length() && page_end() - top < reach() / 2;
-    const bool overgrown = page_end() - page_.start > 4 * reach();
-    const bool parted = is_paged() && length() <= 2 * reach(); // it fits one page
+    const qsizetype reach = page_reach();
+    const bool near_start = page_.start > 0 && top - page_.start < reach / 4;
+    const bool near_end = page_end() < length() && page_end() - top < reach / 2;
+    const bool overgrown = page_end() - page_.start > 4 * reach;
+    const bool parted = is_paged() && length() <= 2 * reach; // it fits one page
     if (near_start || near_end || overgrown || parted)
         go_to(top);
     show_bar();

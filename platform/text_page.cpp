@@ -43,6 +43,21 @@ TextPage page_around(const LongText &text, qsizetype position, qsizetype reach)
     return {line_start(text, start, reach / 2), beside_a_pair(text, start + 2 * reach)};
 }
 
+bool has_long_cluster(const QString &text)
+{
+    constexpr int most_marks = 512;
+    int marks = 0;
+    for (qsizetype i = 0; i < text.size() && marks <= most_marks; ++i) {
+        const bool is_pair =
+            i + 1 < text.size() && text[i].isHighSurrogate() && text[i + 1].isLowSurrogate();
+        const char32_t code =
+            is_pair ? QChar::surrogateToUcs4(text[i], text[i + 1]) : text[i].unicode();
+        i += is_pair ? 1 : 0;
+        marks = QChar::isMark(code) ? marks + 1 : 0;
+    }
+    return marks > most_marks;
+}
+
 QString document_text(QString text)
 {
     if (std::none_of(text.cbegin(), text.cend(), is_no_document_character))

@@ -18,6 +18,10 @@ struct TextPage
 /// one in its first quarter, and parts no surrogate pair. A text of up to two reaches is one page.
 TextPage page_around(const LongText &text, qsizetype position, qsizetype reach);
 
+/// Whether a letter of the text has so many combining marks that laying it out takes long: time
+/// goes by the square of them.
+bool has_long_cluster(const QString &text);
+
 /// The text as a text document keeps it, but for its name of a line break: CR LF, LF and CR are LF,
 /// and the three characters that a document itself takes for line breaks (U+2029, U+FDD0, U+FDD1)
 /// are blanks.

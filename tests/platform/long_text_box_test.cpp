@@ -70,6 +70,17 @@ protected:
         QApplication::processEvents();
     }
 
+    void drop(const QString &text, const QPoint &place)
+    {
+        QMimeData dragged;
+        dragged.setText(text);
+        QDragEnterEvent enter(place, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(box.viewport(), &enter);
+        QDropEvent drop(place, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(box.viewport(), &drop);
+        QApplication::processEvents();
+    }
+
     QString top_line() { return box.cursorForPosition({0, 6}).block().text(); }
     QString bottom_line()
     {
@@ -448,13 +459,48 @@ TEST_F(LongBox, ADropGoesWhereItFallsAndTakesNothingAway)
     const QString text = numbered_lines(100'000);
     box.set_text(text);
     press(Qt::Key_A, Qt::ControlModifier);
-    QMimeData dragged;
-    dragged.setText("dropped ");
-    QDragEnterEvent enter(QPoint(0, 1), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(box.viewport(), &enter);
-    QDropEvent drop(QPointF(0, 1), Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(box.viewport(), &drop);
+    drop("dropped ", {0, 1});
     EXPECT_TRUE(box.text() == "dropped " + text);
+    box.set_text(text);
+    const QString large(100'000, 'X');
+    drop(large, {0, 1});
+    EXPECT_TRUE(box.text() == large + text);
+}
+
+TEST_F(LongBox, ALargeDropGoesWhereItFallsToo)
+{
+    for (const int size : {1'000, 66'000, 300'000}) {
+        box.set_text("0123456789\r\nabcdefghij");
+        press(Qt::Key_Right, Qt::ShiftModifier); // a selection elsewhere
+        const QRect place = box.cursorRect(QTextCursor(box.document()->lastBlock()));
+        drop(QString(size, 'X'), place.center());
+        EXPECT_TRUE(box.text() == "0123456789\r\n" + QString(size, 'X') + "abcdefghij") << size;
+    }
+}
+
+// One letter with all marks of a page takes a text engine time by the square of them.
+TEST_F(LongBox, ShowsLittleOfALetterWithThousandsOfMarks)
+{
+    constexpr int bounded_marks = 20'000;
+    const QStringList hostile = {
+        "a" + QString(200'000, QChar(0x0301)),
+        QString::fromUtf16(u"\u0301\u0316").repeated(50'000),
+        QString(120'000, 'x') + QString(3'000, QChar(0x05B0)),
+        "a" + QString::fromUtf16(u"\U0001D165").repeated(100'000),
+    };
+    for (const QString &text : hostile) {
+        box.set_text(text);
+        press(Qt::Key_End, Qt::ControlModifier);
+        EXPECT_LT(box.document()->characterCount(), bounded_marks);
+        EXPECT_TRUE(box.is_paged());
+        EXPECT_TRUE(box.toPlainText().endsWith(text.right(100)));
+        box.resize(box.width() + 10, box.height());
+        QApplication::processEvents();
+        QTest::keyClicks(&box, ",");
+        EXPECT_TRUE(box.text() == text + ",");
+    }
+    box.set_text(QString("e\u0301\u0316").repeated(30'000)); // as a language may have them
+    EXPECT_FALSE(box.is_paged());
 }
 
 TEST_F(LongBox, SharesATextWithAnotherBoxButNoChangesOfIt)

@@ -38,6 +38,19 @@ TEST(PageAround, PartsNoSurrogatePair)
     EXPECT_EQ(page_around(PlainText(text), 50, 10), (TextPage{40, 60}));
 }
 
+TEST(LongCluster, IsALetterWithHundredsOfMarks)
+{
+    const QString mark(QChar(0x0301));
+    EXPECT_FALSE(has_long_cluster(""));
+    EXPECT_FALSE(has_long_cluster(QString(10'000, 'x')));
+    EXPECT_FALSE(has_long_cluster("a" + mark.repeated(512)));
+    EXPECT_TRUE(has_long_cluster("a" + mark.repeated(513)));
+    EXPECT_TRUE(has_long_cluster("ab" + mark.repeated(513) + "c"));
+    EXPECT_FALSE(has_long_cluster(("a" + mark.repeated(500)).repeated(10)));
+    EXPECT_TRUE(has_long_cluster(QString::fromUtf16(u"\U0001D165").repeated(513)));
+    EXPECT_FALSE(has_long_cluster(QString::fromUtf16(u"\U0001F600").repeated(5'000)));
+}
+
 TEST(DocumentText, HasOneCharacterForEveryLineBreak)
 {
     EXPECT_EQ(document_text("a\r\nb\nc\rd\r\r\n\n"), "a\nb\nc\nd\n\n\n");
