@@ -41,8 +41,8 @@ void ImapInbox::list()
     if (opened_.exists > 0)
         session_->run("UID FETCH 1:* (UID FLAGS RFC822.SIZE INTERNALDATE)", note);
     std::ranges::sort(entries, {}, &ImapEntry::uid);
-    const auto same = std::ranges::unique(entries, {}, &ImapEntry::uid);
-    entries.erase(same.begin(), same.end());
+    const auto is_same = [](const ImapEntry &a, const ImapEntry &b) { return a.uid == b.uid; };
+    entries.erase(std::unique(entries.begin(), entries.end(), is_same), entries.end());
     entries_ = std::move(entries);
     validity_ = opened_.uid_validity;
     open_window();

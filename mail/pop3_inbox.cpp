@@ -66,8 +66,8 @@ std::vector<Pop3Inbox::Entry> Pop3Inbox::listed()
                 {number, std::clamp<qint64>(words.value(1).toLongLong(), 0, largest_size), {}});
     });
     std::ranges::stable_sort(entries, {}, &Entry::number);
-    const auto same = std::ranges::unique(entries, {}, &Entry::number);
-    entries.erase(same.begin(), same.end());
+    const auto is_same = [](const Entry &a, const Entry &b) { return a.number == b.number; };
+    entries.erase(std::unique(entries.begin(), entries.end(), is_same), entries.end());
     name_entries(entries);
     return entries;
 }

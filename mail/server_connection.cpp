@@ -16,9 +16,9 @@
 
 namespace
 {
-constexpr int slice = 40;                                 // milliseconds
-constexpr qsizetype least_progress = 16 * 1024;           // in the time of one patience
-constexpr qint64 least_of_an_answer = qint64(256) * 1024; // in the time for one
+constexpr int slice = 40;                              // milliseconds
+constexpr qsizetype least_progress = 16'384;           // in the time of one patience
+constexpr qint64 least_of_an_answer = qint64(262'144); // in the time for one
 constexpr qint64 most_unsent = qint64(64) * 1024;
 constexpr int longest_words = 300;
 constexpr int patience_for_an_answer = 10; // times that for a line

@@ -92,7 +92,7 @@ public:
     /// Returns when nearly all bytes have gone to the system.
     void write(const QByteArray &bytes);
     /// The next line without its CR LF (or LF). @throws also when it is longer than `limit` bytes.
-    QByteArray read_line(qsizetype limit = 64 * 1024);
+    QByteArray read_line(qsizetype limit = qsizetype(64) * 1024);
     /// The next line with its LF, or, when it is longer, its next `limit` bytes.
     QByteArray read_piece_of_line(qsizetype limit);
     /// Exactly `count` bytes.

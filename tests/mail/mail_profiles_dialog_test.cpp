@@ -150,13 +150,31 @@ protected:
         profile.outgoing_server.user = "ann";
         return profile;
     }
-    static std::vector<ServiceRecord> records(const QString &host)
+    /// The name service answers with this host, when answer() is called.
+    void name_service_answers(const QString &host)
     {
-        return {{"_imaps._tcp.example.org", host, 993},
-                {"_submissions._tcp.example.org", host, 465}};
+        profile_desk.find_services = [this, host](const QStringList &names, QObject &asker,
+                                                  const ServicesFound &found) {
+            asked += names;
+            asker_ = &asker;
+            answer_ = [host, found] {
+                found({{"_imaps._tcp.example.org", host, 993},
+                       {"_submissions._tcp.example.org", host, 465}});
+            };
+        };
     }
+    void answer()
+    {
+        if (asker_)
+            answer_();
+    }
+    QStringList asked;
     const QString question_about_changes =
         "The mail profile '%1' has changes that are not saved. Save them?";
+
+private:
+    QPointer<QObject> asker_;
+    std::function<void()> answer_;
 };
 
 TEST_F(MailProfiles, AProfileIsMadeAndStored)
@@ -232,9 +250,8 @@ TEST_F(MailProfiles, OnlyTheFieldsThatAreNeededShow)
 
 TEST_F(MailProfiles, AKnownProviderIsProposedWhenItsAddressIsTyped)
 {
-    profile_desk.find_services = [](const QStringList &) {
-        ADD_FAILURE() << "nobody asked for the name service";
-        return std::vector<ServiceRecord>();
+    profile_desk.find_services = [](const QStringList &, QObject &, const ServicesFound &) {
+        ADD_FAILURE() << "the program knows the provider";
     };
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
         const ProfilesWindow window(dialog);
@@ -265,39 +282,100 @@ TEST_F(MailProfiles, AKnownProviderIsProposedWhenItsAddressIsTyped)
 
 TEST_F(MailProfiles, TheNameServiceIsAskedForOtherAddresses)
 {
-    QStringList asked;
-    profile_desk.find_services = [&asked](const QStringList &names) {
-        asked += names;
-        return records("mail.example.org");
-    };
-    boxes.expect_dialog("Mail Profiles", [&asked](QDialog &dialog) {
+    name_service_answers("mail.example.org");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.click("find_servers");
         EXPECT_EQ(window.result(), "Type your e-mail address first.");
         window.type("sender_address", "ann@example.org");
-        window.leave("sender_address");
         EXPECT_EQ(asked, QStringList());
-        window.click("find_servers");
+        window.leave("sender_address");
         EXPECT_EQ(asked, service_names("example.org"));
+        EXPECT_EQ(window.result(), "Asking the name service for the mail servers of example.org …");
+        window.type("name", "Work"); // goes on meanwhile
+        answer();
+        EXPECT_EQ(window.text("name"), "Work");
+        EXPECT_EQ(window.chosen("inbox_kind"), "IMAP server");
         EXPECT_EQ(window.text("inbox_server/host"), "mail.example.org");
         EXPECT_EQ(window.text("outgoing_server/host"), "mail.example.org");
         EXPECT_EQ(window.result(),
                   "These are the servers that the name service names for example.org.");
         window.close();
     });
+    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
+    choose("MailProfiles");
+}
+
+TEST_F(MailProfiles, FindServersAsksTheNameServiceAnew)
+{
+    name_service_answers("mail.example.org");
+    profiles.save(stored("Work"));
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.leave("sender_address"); // nothing is changed by passing through
+        EXPECT_EQ(asked, QStringList());
+        window.click("find_servers");
+        answer();
+        EXPECT_EQ(window.text("inbox_server/host"), "mail.example.org");
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
+    choose("MailProfiles");
+}
+
+TEST_F(MailProfiles, WhatWasChangedWhileServersAreLookedForStays)
+{
+    name_service_answers("mail.example.org");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.type("sender_address", "ann@example.org");
+        window.leave("sender_address");
+        window.choose("inbox_kind", "Mailbox file (mbox)");
+        answer();
+        EXPECT_EQ(window.chosen("inbox_kind"), "Mailbox file (mbox)");
+        EXPECT_EQ(window.chosen("outgoing_kind"), "The sendmail program of this machine");
+        EXPECT_EQ(window.result(), "What was typed meanwhile stays. Find Servers asks again.");
+        window.close();
+    });
     boxes.expect_yes_no(question_about_changes.arg(""), false);
     choose("MailProfiles");
 }
 
-TEST_F(MailProfiles, ServersOfAnotherDomainAreAskedAbout)
+TEST_F(MailProfiles, AnAnswerThatComesAfterTheNextCommandIsDropped)
 {
-    profile_desk.find_services = [](const QStringList &) { return records("mail.evil.example"); };
-    boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
+    name_service_answers("mail.evil.example");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.type("sender_address", "ann@example.org");
         window.click("find_servers");
-        EXPECT_EQ(window.chosen("inbox_kind"), "Local inbox of this machine");
+        window.click("test_profile");
+        const QString said = window.result();
+        answer();
+        EXPECT_EQ(window.result(), said);
         window.click("find_servers");
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg(""), false);
+    choose("MailProfiles");
+    answer();
+}
+
+TEST_F(MailProfiles, ServersOfAnotherDomainAreAskedAbout)
+{
+    name_service_answers("mail.evil.example");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.type("sender_address", "ann@example.org");
+        window.leave("sender_address");
+        answer();
+        EXPECT_EQ(window.result(), "The name service names servers outside example.org: "
+                                   "mail.evil.example. Find Servers asks whether to use them.");
+        window.click("find_servers");
+        answer();
+        EXPECT_EQ(window.chosen("inbox_kind"), "Local inbox of this machine");
+        EXPECT_EQ(window.result(), "");
+        window.click("find_servers");
+        answer();
         EXPECT_EQ(window.text("inbox_server/host"), "mail.evil.example");
         window.close();
     });
@@ -315,6 +393,9 @@ TEST_F(MailProfiles, AGuessIsCalledOne)
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.type("sender_address", "ann@example.org");
+        window.leave("sender_address");
+        EXPECT_EQ(window.result(), "The name service names no mail servers of example.org. Find "
+                                   "Servers proposes the usual names.");
         window.click("find_servers");
         EXPECT_EQ(window.text("inbox_server/host"), "imap.example.org");
         EXPECT_EQ(window.result(),
@@ -339,7 +420,7 @@ TEST_F(MailProfiles, TestSaysWhatItFound)
     });
 }
 
-TEST_F(MailProfiles, NothingElseBeginsWhileServersAreWaitedFor)
+TEST_F(MailProfiles, NothingElseBeginsWhileServersAreTried)
 {
     bool is_waiting = false;
     QStringList met;
@@ -347,10 +428,6 @@ TEST_F(MailProfiles, NothingElseBeginsWhileServersAreWaitedFor)
         is_waiting = true;
         operation();
         is_waiting = false;
-    };
-    profile_desk.find_services = [&](const QStringList &) {
-        met += is_waiting ? "guarded" : "unguarded";
-        return records("mail.example.org");
     };
     profile_desk.try_way_out = [&](const MailProfile &, const std::function<Credentials()> &) {
         met += is_waiting ? "guarded" : "unguarded";
@@ -360,12 +437,10 @@ TEST_F(MailProfiles, NothingElseBeginsWhileServersAreWaitedFor)
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.click("test_profile");
-        window.click("find_servers");
         window.close();
     });
-    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
     choose("MailProfiles");
-    EXPECT_EQ(met, (QStringList{"guarded", "guarded"}));
+    EXPECT_EQ(met, QStringList{"guarded"});
 }
 
 TEST_F(MailProfiles, TestSaysExactlyWhatFailed)

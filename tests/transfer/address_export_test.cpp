@@ -1,5 +1,7 @@
+#include "tests/transfer/pdf_text.h"
 #include "tests/transfer/transfer_room.h"
 #include "transfer/address_export.h"
+#include "transfer/address_print.h"
 #include "transfer/grid_export.h"
 
 #include <QDir>
@@ -22,7 +24,7 @@ protected:
     void save_grid_to(const QString &path)
     {
         prompts.will_answer(path);
-        save_grid(Data2, prompts);
+        save_grid({Data2, prompts, *this});
     }
 };
 
@@ -121,6 +123,26 @@ TEST_F(Exporting, DoesNotReplaceTheDatabase)
     EXPECT_EQ(walk(Data2, "email"), QStringList{"a@x.org"});
 }
 
+class Printing : public TransferRoom
+{
+protected:
+    const QString file = home.file("out.pdf");
+
+    void print_to(const PrinterMaker &printer)
+    {
+        print_addresses({Data2, prompts, *this}, printer);
+    }
+};
+
+TEST_F(Printing, TellsHowFarItIs)
+{
+    run_sql(path(), "insert into email(email) values ('b@x.org'), ('a@x.org')");
+    print_to(pdf_printer(file));
+    EXPECT_EQ(pdf_pages(file), (QList<QStringList>{{"b@x.org", "a@x.org"}}));
+    EXPECT_EQ(told, (QStringList{"Address 1 of 2", "Address 2 of 2", "clear"}));
+    EXPECT_EQ(journal, QStringList{"notice: Finished!"});
+}
+
 class SavingTheGrid : public Exporting
 {
 };
@@ -132,6 +154,7 @@ TEST_F(SavingTheGrid, WritesHeadingsAndRows)
     show(Data2, "master");
     save_grid_to(file);
     EXPECT_EQ(content(file), "email,name\r\nb@x.org,\"Hill, Bob\"\r\na@x.org,\r\n");
+    EXPECT_EQ(told, (QStringList{"Row 1 of 2", "Row 2 of 2", "clear"}));
     EXPECT_EQ(journal, QStringList{"save file: Comma Seperated Values files (*.CSV)|*.CSV in "});
 }
 
@@ -164,7 +187,7 @@ TEST_F(SavingTheGrid, WithoutADatabaseWritesAnEmptyLine)
 {
     DataConnection none(engine);
     prompts.will_answer(file);
-    save_grid(none, prompts);
+    save_grid({none, prompts, *this});
     EXPECT_EQ(content(file), "\r\n");
 }
 
@@ -172,5 +195,6 @@ TEST_F(SavingTheGrid, CancelledDoesNothing)
 {
     save_grid_to({});
     EXPECT_EQ(QDir(home.path()).entryList(QDir::Files), QStringList());
+    EXPECT_EQ(told, QStringList());
 }
 } // namespace
