@@ -106,47 +106,32 @@ void ImapSession::start_tls()
 void ImapSession::authenticate(const Credentials &credentials)
 {
     connection_.begin(QStringLiteral("logging in"), ServerConnection::StepLength::Short);
-    if (credentials.kind == SignInKind::None)
-        connection_.fail(connection_.step(), QStringLiteral("the server asks for a password"));
-    if (!connection_.may_carry_secrets())
-        connection_.fail(connection_.step(),
-                         QStringLiteral("the line is not encrypted, so no password is sent"));
+    require_safe_secret(connection_, credentials);
     read_capabilities();
     QList<QByteArray> offered;
     for (const QByteArray &capability : std::as_const(capabilities_)) {
         if (capability.startsWith("AUTH="))
             offered += capability.sliced(5);
     }
-    auto exchange = connection_.telling_failure([&] { return choose_sasl(offered, credentials); });
-    if (exchange) {
-        authenticate_with(SaslTalk(std::move(exchange)));
-    } else if (credentials.kind == SignInKind::Password && !can("LOGINDISABLED")) {
+    SignOnTalk talk(connection_, offered, credentials);
+    if (talk.is_possible())
+        authenticate_with(talk);
+    else if (credentials.kind == SignInKind::Password && !can("LOGINDISABLED"))
         log_in(credentials);
-    } else {
-        connection_.fail(
-            connection_.step(),
-            QStringLiteral("the server offers no way to sign on with this; it offers: ") +
-                QString::fromUtf8(offered.join(", ")));
-    }
+    else
+        fail_without_way(connection_, offered);
     is_signed_on_ = true;
 }
 
-void ImapSession::authenticate_with(SaslTalk talk)
+void ImapSession::authenticate_with(SignOnTalk &talk)
 {
-    const QByteArray opening = talk.opening(can("SASL-IR"));
-    if (const qsizetype blank = opening.indexOf(' '); blank > 0)
-        connection_.hide(opening.sliced(blank + 1));
     const auto answer = [&](const ImapResponse &challenge) {
-        const QByteArray text =
-            connection_.telling_failure([&] { return talk.answer(challenge.pieces.first()); });
-        connection_.hide(text);
-        connection_.write(text + "\r\n");
+        connection_.write(talk.answer(challenge.pieces.first()) + "\r\n");
     };
-    if (const auto refusal = finish(send("AUTHENTICATE " + opening), ignore, answer))
+    const QByteArray tag = send("AUTHENTICATE " + talk.opening(can("SASL-IR")));
+    if (const auto refusal = finish(tag, ignore, answer))
         fail_sign_on(connection_, *refusal);
-    if (!talk.is_complete())
-        connection_.fail(connection_.step(),
-                         QStringLiteral("the server has not proved that it knows the password"));
+    talk.require_proof();
 }
 
 // For servers without a mechanism: what a quoted string cannot hold goes as a literal, each at the
