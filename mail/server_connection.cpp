@@ -139,8 +139,8 @@ QSslConfiguration ServerConnection::tls_configuration() const
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
     configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
     // Whatever is set here, nothing too, keeps the system's authorities from being looked up.
-    if (!conditions_.also_trusted.isEmpty())
-        configuration.setCaCertificates(conditions_.also_trusted);
+    if (!conditions_.authorities.isEmpty())
+        configuration.setCaCertificates(conditions_.authorities);
     return configuration;
 }
 

@@ -33,8 +33,8 @@ struct NetworkConditions
     /// Gives the windows a turn to paint while a step waits, several times a second; takes no
     /// input.
     std::function<void()> turn = [] {};
-    /// Certificates trusted beside the system's own (a server that the user vouches for; tests).
-    QList<QSslCertificate> also_trusted;
+    /// Certificates that are trusted in place of the system's own (tests); none: those.
+    QList<QSslCertificate> authorities;
     AnswerBounds bounds = {};
 };
 

@@ -453,6 +453,23 @@ TEST_F(StubImap, AnAnswerThatCannotBeReadIsAskedForAsTheBeginningOfTheMessage)
     EXPECT_EQ(outcome(stub), (QStringList{"odd", "odd", "odd"}));
 }
 
+TEST_F(StubImap, AStructureThatTheServerRefusesIsReadFromTheBeginningOfTheMessage)
+{
+    const QByteArray text = "Subject: odd\r\n\r\nits text\r\n";
+    const QByteArray whole = "* 1 FETCH (UID 5 BODY[]<0> {" + QByteArray::number(text.size()) +
+                             "}\r\n" + text + ")\r\nTAG OK x\r\n";
+    QByteArrayList answers = good;
+    answers[3] = listed(50'000);
+    answers[4] = "TAG BAD too long\r\n"; // for all three
+    answers[5] = "TAG BAD too long\r\n";
+    answers += {whole, "TAG NO no structure\r\n", "TAG NO not that either\r\n"};
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    ImapInbox reader = inbox(stub);
+    reader.fetch();
+    EXPECT_EQ(reader.read(0).subject, "odd");
+    EXPECT_THROW(reader.read(1), MessageRefused);
+}
+
 TEST_F(StubImap, AMessageThatWasExpungedMeanwhileHasGone)
 {
     QByteArrayList answers = good;

@@ -136,6 +136,13 @@ TEST_F(Passwords, DoNotGoToAnotherServer)
     EXPECT_TRUE(keychain.entries.empty());
 }
 
+TEST_F(Passwords, OfAProfileWithoutANameBelongToTheirServerToo)
+{
+    passwords.hold(password_key(profile({}), MailUse::Reading), "typed");
+    const MailProfile next = profile({}, "imap.evil.example");
+    EXPECT_EQ(passwords.find(password_key(next, MailUse::Reading)).answer, StoreAnswer::Absent);
+}
+
 TEST_F(Passwords, AreNotAskedAboutWhereNothingOfThemChanged)
 {
     keychain.answers = false;
