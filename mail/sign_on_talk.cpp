@@ -1,6 +1,7 @@
 #include "mail/sign_on_talk.h"
 
 #include "mail/server_connection.h"
+#include "mail/sign_in_refused.h"
 
 #include <utility>
 
@@ -38,7 +39,14 @@ QByteArray SignOnTalk::opening(bool takes_initial_response, qsizetype longest)
 
 QByteArray SignOnTalk::answer(const QByteArray &challenge)
 {
-    const QByteArray answer = line_.telling_failure([&] { return talk_->answer(challenge); });
+    QByteArray answer;
+    try {
+        answer = talk_->answer(challenge);
+    } catch (const SignInRefused &refusal) { // the mechanism hears of it before the protocol does
+        line_.fail_as<SignInRefused>(line_.step(), refusal.description());
+    } catch (const RuntimeError &error) {
+        line_.fail(line_.step(), error.description());
+    }
     line_.hide(answer);
     return answer;
 }
