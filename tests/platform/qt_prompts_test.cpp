@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFile>
+#include <QFileDialog>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -147,6 +148,39 @@ TEST(QtPrompts, FileDialogsKeepTheLabelAndHandOverTheFullPath)
     EXPECT_EQ(prompts.open_file({"All files (*.*)|*.*", {}}), "");
     robot.expect_save_file(home.file("new"));
     EXPECT_EQ(prompts.save_file({{}, home.path()}), home.file("new"));
+}
+
+TEST(DialogFilterText, IsALabelAndAPatternThatTakesEveryFileForStarDotStar)
+{
+    struct Case
+    {
+        const char *text, *label, *pattern;
+    };
+    const Case cases[] = {{"Text files (*.TXT)|*.TXT", "Text files (*.TXT)", "*.TXT"},
+                          {"All files (*.*)|*.*", "All files (*.*)", "*"},
+                          {"All files (*.csv)|*.csv", "All files (*.csv)", "*.csv"},
+                          {"no bar", "", ""},
+                          {"", "", ""}};
+    for (const Case &filter : cases) {
+        EXPECT_EQ(dialog_filter(filter.text).label, filter.label) << filter.text;
+        EXPECT_EQ(dialog_filter(filter.text).pattern, filter.pattern) << filter.text;
+    }
+}
+
+TEST(QtPrompts, StarDotStarShowsFilesWithoutADotToo)
+{
+    const PrivateHome home;
+    QFile file(home.file("readme"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    BoxRobot robot;
+    QtPrompts prompts;
+    QStringList filters;
+    robot.before_next_answer([&filters] {
+        filters = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())->nameFilters();
+    });
+    robot.expect_open_file(home.file("readme"), "All files (*.*)");
+    EXPECT_EQ(prompts.open_file({"All files (*.*)|*.*", home.path()}), home.file("readme"));
+    EXPECT_EQ(filters, QStringList{"All files (*.*) (*)"});
 }
 
 TEST(QtPrompts, InputIsEmptyWhenCancelled)
