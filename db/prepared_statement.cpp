@@ -4,15 +4,16 @@
 
 #include <sqlite3.h>
 
+#include <utility>
+
 void PreparedStatement::Finalize::operator()(sqlite3_stmt *statement) const
 {
     sqlite3_finalize(statement);
 }
 
-PreparedStatement::PreparedStatement(sqlite3 *database, const std::string &sql,
-                                     const QString &shown)
+PreparedStatement::PreparedStatement(sqlite3 *database, const std::string &sql, QString shown)
     : database_(database),
-      shown_(shown)
+      shown_(std::move(shown))
 {
     sqlite3_stmt *statement = nullptr;
     const int result = sqlite3_prepare_v3(database, sql.c_str(), static_cast<int>(sql.size()) + 1,

@@ -16,7 +16,7 @@ class PreparedStatement
 {
 public:
     /// `shown` is the text that failures quote.
-    PreparedStatement(sqlite3 *database, const std::string &sql, const QString &shown);
+    PreparedStatement(sqlite3 *database, const std::string &sql, QString shown);
 
     void set_shown(const QString &shown) { shown_ = shown; }
 

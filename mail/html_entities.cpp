@@ -88,7 +88,7 @@ QString character_text(char32_t code)
 {
     const bool is_surrogate = code >= 0xD800 && code <= 0xDFFF;
     if (code == 0 || is_surrogate || code >= beyond_unicode)
-        return QString(QChar(QChar::ReplacementCharacter));
+        return {QChar(QChar::ReplacementCharacter)};
     return QString::fromUcs4(&code, 1);
 }
 

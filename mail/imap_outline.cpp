@@ -12,6 +12,9 @@ namespace
 {
 const QByteArray line_end = "\r\n";
 const QByteArray mime = ".MIME";
+constexpr int most_parts = 1'000;
+// Servers take commands of 8,000 bytes (RFC 2683 3.2.1.5); the messages are named there, too.
+constexpr qsizetype longest_request = 4'000;
 
 bool is_token(const QByteArray &text)
 {
@@ -74,7 +77,8 @@ std::size_t place_of_disposition(const QByteArray &type)
 std::optional<ImapOutline> ImapOutline::read(const ImapValue &structure, const QByteArray &header)
 {
     const bool is_multipart = !structure.items.empty() && structure.items.front().is_list();
-    auto root = read_part(structure, is_multipart ? QByteArray() : QByteArray("1"));
+    int left = most_parts;
+    auto root = read_part(structure, is_multipart ? QByteArray() : QByteArray("1"), left);
     if (!root)
         return std::nullopt;
     ImapOutline outline;
@@ -83,31 +87,31 @@ std::optional<ImapOutline> ImapOutline::read(const ImapValue &structure, const Q
     // So that no content can hold it: nobody knows it before.
     outline.boundary_ = QByteArray::number(QRandomGenerator::system()->generate64(), 36);
     outline.choose_sections();
-    return outline;
+    return outline.length_of_request() > longest_request ? std::nullopt : std::optional(outline);
 }
 
 std::optional<ImapOutline::Part> ImapOutline::read_part(const ImapValue &structure,
-                                                        const QByteArray &section)
+                                                        const QByteArray &section, int &left)
 {
-    if (!structure.is_list() || structure.items.empty())
+    if (!structure.is_list() || structure.items.empty() || left-- == 0)
         return std::nullopt;
     if (structure.items.front().is_list())
-        return read_multipart(structure, section);
+        return read_multipart(structure, section, left);
     const Part leaf = read_leaf(structure, section);
     if (leaf.type == "message/rfc822" && structure.items.size() > 8)
-        return read_message(structure, section);
+        return read_message(structure, section, left);
     return leaf;
 }
 
 std::optional<ImapOutline::Part> ImapOutline::read_multipart(const ImapValue &structure,
-                                                             const QByteArray &section)
+                                                             const QByteArray &section, int &left)
 {
     Part part;
     part.kind = Kind::Multipart;
     part.section = section;
     std::size_t next = 0;
     for (; next < structure.items.size() && structure.items[next].is_list(); ++next) {
-        auto inner = read_part(structure.items[next], below(section, next + 1));
+        auto inner = read_part(structure.items[next], below(section, next + 1), left);
         if (!inner)
             return std::nullopt;
         part.parts.push_back(std::move(*inner));
@@ -131,11 +135,11 @@ qint64 ImapOutline::size_of_leaves(const Part &part)
 }
 
 std::optional<ImapOutline::Part> ImapOutline::read_message(const ImapValue &structure,
-                                                           const QByteArray &section)
+                                                           const QByteArray &section, int &left)
 {
     const ImapValue &content = structure.items[8];
     const bool is_multipart = !content.items.empty() && content.items.front().is_list();
-    auto inner = read_part(content, is_multipart ? section : below(section, 1));
+    auto inner = read_part(content, is_multipart ? section : below(section, 1), left);
     if (!inner)
         return std::nullopt;
     Part part = read_leaf(structure, section);
@@ -176,6 +180,15 @@ qint64 ImapOutline::size_of(const QByteArray &section) const
 {
     const Part *part = find(root_, section);
     return part == nullptr ? 0 : part->size;
+}
+
+qsizetype ImapOutline::length_of_request() const
+{
+    constexpr qsizetype round_each = sizeof "BODY.PEEK[] " - 1;
+    return std::accumulate(sections_.begin(), sections_.end(), qsizetype(0),
+                           [](qsizetype length, const QByteArray &section) {
+                               return length + section.size() + round_each;
+                           });
 }
 
 // Of a leaf: what decides whether it is the text. An enclosed message that the server does not look

@@ -18,7 +18,9 @@ class ImapOutline
 {
 public:
     /// @param header  the header fields that a row needs, and those that describe the content
-    /// @return nothing when the structure cannot be used.
+    /// @return nothing when the structure cannot be used: it makes no sense, has more than 1,000
+    /// parts, of which read_mime_parts() would not look at the rest, or so many reports that no
+    /// server would let all their sections be asked for at once.
     static std::optional<ImapOutline> read(const ImapValue &structure, const QByteArray &header);
 
     /// The sections to fetch: of every part that is needed its header ("1.2.MIME", but for the only
@@ -46,16 +48,20 @@ private:
     };
     using Leaf = std::function<QByteArray(const Part &part)>;
 
-    static std::optional<Part> read_part(const ImapValue &structure, const QByteArray &section);
-    static std::optional<Part> read_multipart(const ImapValue &structure,
-                                              const QByteArray &section);
-    static std::optional<Part> read_message(const ImapValue &structure, const QByteArray &section);
+    // Each counts its parts from `left` down.
+    static std::optional<Part> read_part(const ImapValue &structure, const QByteArray &section,
+                                         int &left);
+    static std::optional<Part> read_multipart(const ImapValue &structure, const QByteArray &section,
+                                              int &left);
+    static std::optional<Part> read_message(const ImapValue &structure, const QByteArray &section,
+                                            int &left);
     static qint64 size_of_leaves(const Part &part);
     static Part read_leaf(const ImapValue &structure, const QByteArray &section);
     static const Part *find(const Part &part, QByteArrayView section);
     static QByteArray short_header(const Part &part);
     bool is_single() const { return root_.kind == Kind::Leaf; }
     void choose_sections();
+    qsizetype length_of_request() const;
     QByteArray trial() const;
     void write(const Part &part, const Leaf &leaf, QByteArray &message) const;
 

@@ -12,7 +12,9 @@ namespace
 {
 constexpr qsizetype longest_line = qsizetype(8) * 1024 * 1024;
 constexpr qsizetype longest_response = qsizetype(96) * 1024 * 1024;
+constexpr qsizetype most_literals = 10'000;
 constexpr int most_levels = 100;
+constexpr int most_values = 100'000;
 
 QByteArray next_word(QByteArrayView &text)
 {
@@ -98,6 +100,7 @@ public:
 
     std::optional<ImapValue> value(int level = 0)
     {
+        ++values_;
         skip_blanks();
         if (is_at_literal())
             return text(literal());
@@ -124,18 +127,37 @@ private:
 
     std::optional<ImapValue> list(int level)
     {
-        if (level == most_levels)
-            return std::nullopt;
         take('(');
         ImapValue result;
         result.kind = ImapValue::Kind::List;
         for (skip_blanks(); !take(')'); skip_blanks()) {
+            if (level == most_levels || values_ > most_values)
+                return skip_rest_of_list() ? std::optional(ImapValue()) : std::nullopt;
             auto item = is_at_end() ? std::nullopt : value(level + 1);
             if (!item)
                 return std::nullopt;
             result.items.push_back(std::move(*item));
         }
         return result;
+    }
+
+    // @return whether it ends.
+    bool skip_rest_of_list()
+    {
+        for (int open = 1; open > 0;) {
+            if (is_at_literal()) {
+                literal();
+            } else if (is_at_end()) {
+                return false;
+            } else if (take('"')) {
+                if (!quoted())
+                    return false;
+            } else {
+                open += next() == '(' ? 1 : next() == ')' ? -1 : 0;
+                ++at_;
+            }
+        }
+        return true;
     }
 
     std::optional<ImapValue> quoted()
@@ -166,7 +188,23 @@ private:
     ImapResponse &response_;
     qsizetype piece_ = 0;
     qsizetype at_ = 0;
+    int values_ = 0; // begun so far
 };
+
+qint64 size_of(const ImapValue &value)
+{
+    qint64 size = qint64(sizeof value) + value.text.size();
+    for (const ImapValue &item : value.items)
+        size += size_of(item);
+    return size;
+}
+
+void pass_over(ServerConnection &connection, qsizetype count)
+{
+    constexpr qsizetype piece = qsizetype(64) * 1024;
+    for (; count > 0; count -= std::min(count, piece))
+        connection.read_bytes(std::min(count, piece));
+}
 
 bool has_deleted_flag(const ImapValue &flags)
 {
@@ -182,6 +220,12 @@ void take_section(const QByteArray &name, ImapValue &value, ImapFetch &fetch)
         fetch.sections.emplace_back(name.sliced(5, end - 5), std::move(value.text));
 }
 
+void take_structure(ImapValue value, ImapFetch &fetch)
+{
+    fetch.structure_size = size_of(value);
+    fetch.structure = std::move(value);
+}
+
 void take_item(const QByteArray &name, ImapValue value, ImapFetch &fetch)
 {
     if (name == "UID")
@@ -193,7 +237,7 @@ void take_item(const QByteArray &name, ImapValue value, ImapFetch &fetch)
     else if (name == "FLAGS")
         fetch.is_deleted = has_deleted_flag(value);
     else if (name == "BODYSTRUCTURE")
-        fetch.structure = std::move(value);
+        take_structure(std::move(value), fetch);
     else
         take_section(name, value, fetch);
 }
@@ -239,10 +283,19 @@ ImapResponse read_imap_response(ServerConnection &connection)
         if (size > longest_response)
             connection.fail(connection.step(),
                             QStringLiteral("the server announced %1 bytes").arg(size));
-        response.literals += connection.read_bytes(*announced);
-        response.pieces += connection.read_line(longest_line);
+        // Whoever writes a message can make it have this many: that is no failure of the line.
+        response.is_cut = response.is_cut || response.literals.size() == most_literals;
+        if (response.is_cut) {
+            pass_over(connection, *announced);
+            response.pieces.last() = connection.read_line(longest_line);
+        } else {
+            response.literals += connection.read_bytes(*announced);
+            response.pieces += connection.read_line(longest_line);
+        }
         size += response.pieces.last().size();
     }
+    if (response.is_cut)
+        response.pieces.last().clear();
     return response;
 }
 
@@ -254,8 +307,7 @@ QByteArray ImapValue::text_at(std::size_t index) const
 ImapFetch read_fetch(ImapResponse response)
 {
     ImapFetch fetch;
-    for (const QByteArray &piece : std::as_const(response.pieces))
-        fetch.length += piece.size();
+    fetch.is_cut = response.is_cut;
     const qsizetype skipped = response.pieces.first().size() - response.rest().size();
     Cursor cursor(response);
     cursor.skip(response.pieces.first().first(skipped));
@@ -265,8 +317,10 @@ ImapFetch read_fetch(ImapResponse response)
         cursor.skip_blanks();
         const QByteArray name = cursor.item_name();
         auto value = cursor.value();
-        if (name.isEmpty() || !value)
+        if (name.isEmpty() || !value) {
+            fetch.is_cut = true;
             break;
+        }
         take_item(name, std::move(*value), fetch);
         cursor.skip_blanks();
     }

@@ -20,6 +20,8 @@ struct ImapResponse
     /// cut.
     QList<QByteArray> pieces;
     QList<QByteArray> literals;
+    /// Whether it went on behind the 10,000th literal; what did was passed over.
+    bool is_cut = false;
 
     bool is_untagged() const { return tag == "*"; }
     bool is_continuation() const { return tag == "+"; }
@@ -59,14 +61,17 @@ struct ImapFetch
     QDateTime arrived;
     bool is_deleted = false;
     std::optional<ImapValue> structure;
-    qint64 length = 0; // of the response without its literals
+    qint64 structure_size = 0; // what it takes in memory
+    /// Whether the response made no sense from some place on, so that more may have been said.
+    bool is_cut = false;
     /// BODY sections by what stands in the brackets, in capital letters: "", "1.MIME"; a section
     /// that the message does not have (NIL) is left out.
     std::vector<std::pair<QByteArray, QByteArray>> sections;
 };
 
-/// Reads a FETCH response as far as it can be read: up to 100 levels of lists, and up to where it
-/// makes no sense. Items of no interest are passed over.
+/// Reads a FETCH response as far as it can be read, up to where it makes no sense. Items of no
+/// interest are passed over. Lists below the 100th level, and those in which the 100,000th value is
+/// passed, count as nothing (NIL).
 ImapFetch read_fetch(ImapResponse response);
 
 /// Reads an INTERNALDATE, "17-Jul-1996 02:44:25 -0700"; an invalid date-time when it cannot be

@@ -7,7 +7,6 @@
 
 namespace
 {
-constexpr int most_untagged = 10'000'000; // between two commands' ends
 constexpr std::chrono::seconds patience_at_the_end{3};
 constexpr quint16 tls_port = 993;
 constexpr quint16 plain_port = 143;
@@ -46,7 +45,8 @@ bool needs_literal(const QByteArray &text)
 
 ImapSession::ImapSession(const MailServer &server, const NetworkConditions &conditions)
     : server_(with_port(server)),
-      connection_(server_, conditions)
+      connection_(server_, conditions),
+      most_untagged_(conditions.bounds.most_lines)
 {
 }
 
@@ -235,7 +235,7 @@ ImapResponse ImapSession::next()
 ImapSession::End ImapSession::read_to_an_end(const Handler &on_untagged,
                                              const Handler &on_continuation)
 {
-    for (int untagged = 0; untagged < most_untagged; ++untagged) {
+    for (int untagged = 0; untagged < most_untagged_; ++untagged) {
         ImapResponse response = next();
         if (response.is_untagged()) {
             on_untagged(std::move(response));
@@ -246,9 +246,11 @@ ImapSession::End ImapSession::read_to_an_end(const Handler &on_untagged,
             continue;
         }
         const QByteArray keyword = response.keyword();
-        if (keyword != "OK" && keyword != "NO")
+        if (keyword == "OK")
+            return {response.tag, std::nullopt};
+        if (keyword != "NO" && keyword != "BAD")
             connection_.fail(connection_.step(), words_of(response));
-        return {response.tag, keyword == "NO" ? std::optional(words_of(response)) : std::nullopt};
+        return {response.tag, words_of(response), keyword == "BAD"};
     }
     connection_.fail(connection_.step(), QStringLiteral("the server never comes to an end"));
 }
@@ -257,6 +259,8 @@ std::optional<QString> ImapSession::finish(const QByteArray &tag, const Handler 
                                            const Handler &on_continuation)
 {
     const End end = read_to_an_end(on_untagged, on_continuation);
+    if (end.is_bad)
+        connection_.fail(connection_.step(), *end.refusal);
     if (end.tag != tag)
         connection_.fail(connection_.step(),
                          QStringLiteral("the server answers what it was not asked"));

@@ -36,7 +36,8 @@ public:
     struct End
     {
         QByteArray tag;
-        std::optional<QString> refusal; // the server's words when it said NO
+        std::optional<QString> refusal; // the server's words when it said NO, or BAD
+        bool is_bad = false;            // it could not even make sense of the command
     };
 
     /// Reads up to the next end of a command; servers work on several at a time.
@@ -44,7 +45,7 @@ public:
     /// @param on_continuation  is handed the server's requests to go on.
     End read_to_an_end(
         const Handler &on_untagged, const Handler &on_continuation = [](const ImapResponse &) {});
-    /// The same for the only command that is on its way. @return its refusal.
+    /// The same for the only command that is on its way. @return its refusal (NO); BAD fails.
     std::optional<QString> finish(
         const QByteArray &tag, const Handler &on_untagged,
         const Handler &on_continuation = [](const ImapResponse &) {});
@@ -71,6 +72,7 @@ private:
 
     MailServer server_;
     ServerConnection connection_;
+    int most_untagged_;              // between two commands' ends
     QList<QByteArray> capabilities_; // in capital letters
     bool is_signed_on_ = false;
     int last_tag_ = 0;

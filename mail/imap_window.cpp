@@ -19,9 +19,6 @@ constexpr qint64 beginning_limit = qint64(1024) * 1024;
 constexpr qint64 part_limit =
     qint64(32) * 1024 * 1024; // as much as is read of a local message's text
 
-// In all that has come and was not read yet. A server that keeps to what it says stays far below.
-constexpr qint64 most_held = qint64(256) * 1024 * 1024;
-
 QByteArray up_to(qint64 limit)
 {
     return "<0." + QByteArray::number(limit) + '>';
@@ -35,9 +32,11 @@ const QByteArray outline_request =
     up_to(header_limit);
 } // namespace
 
-ImapWindow::ImapWindow(ImapSession &session, const std::vector<ImapEntry> &entries)
+ImapWindow::ImapWindow(ImapSession &session, const std::vector<ImapEntry> &entries,
+                       qint64 most_held)
     : session_(session),
-      entries_(entries)
+      entries_(entries),
+      most_held_(most_held)
 {
 }
 
@@ -205,11 +204,14 @@ void ImapWindow::take(ImapFetch fetch)
 // Another program's change of a flag comes as a FETCH too: it has nothing of what was asked for.
 void ImapWindow::take(Item &item, ImapFetch fetch)
 {
+    // What cannot be read is asked for in another way.
+    item.has_answer = item.has_answer ||
+                      (fetch.is_cut && (item.want == Want::Outline || item.want == Want::Parts));
     qint64 taken = 0;
     if (fetch.structure && item.want == Want::Outline) {
         item.structure = std::move(fetch.structure);
         item.has_answer = true;
-        taken += fetch.length;
+        taken += fetch.structure_size;
     }
     for (auto &[section, bytes] : fetch.sections) {
         if (!is_asked_for(item, section))
@@ -225,7 +227,7 @@ void ImapWindow::take(Item &item, ImapFetch fetch)
     }
     item.held += taken;
     held_ += taken;
-    if (held_ > most_held)
+    if (held_ > most_held_)
         session_.connection().fail(session_.connection().step(),
                                    QStringLiteral("the server sends more than it was asked for"));
 }

@@ -20,13 +20,14 @@ struct ImapEntry
 
 /// Reads messages ahead of who reads them, a batch at a time, so that the line is never idle: a
 /// small message is fetched whole, of a larger one first its structure and a few header fields,
-/// then the parts that a row needs. Holds at most eight batches of 250 messages and 4 MiB; a single
-/// larger text stands alone.
+/// then the parts that a row needs. Asks for at most eight batches of 250 messages and 4 MiB; a
+/// single larger text stands alone.
 class ImapWindow
 {
 public:
     /// @param session, entries  outlive the window
-    ImapWindow(ImapSession &session, const std::vector<ImapEntry> &entries);
+    /// @param most_held  of all that has come and was not read yet; a server that sends more fails.
+    ImapWindow(ImapSession &session, const std::vector<ImapEntry> &entries, qint64 most_held);
 
     /// The message at `index`; nothing when it has gone.
     /// @throws MessageRefused, and RuntimeError when the server cannot be understood.
@@ -82,6 +83,7 @@ private:
 
     ImapSession &session_;
     const std::vector<ImapEntry> &entries_;
+    qint64 most_held_;
     std::list<Batch> batches_;           // in the order of their messages
     QHash<QByteArray, Batch *> pending_; // the commands on their way, by tag
     qint64 held_ = 0;                    // by all items

@@ -8,12 +8,12 @@ namespace
 {
 const QString service = QStringLiteral("Ostrix");
 
-// The name differs for every profile and use, and says in the keychain's own window what it is.
+// The name differs for every key, and says in the keychain's own window what it is.
 QString entry_name(const PasswordKey &key)
 {
-    return key.profile.toCaseFolded() + (key.use == MailUse::Reading
-                                             ? QStringLiteral(" (inbox)")
-                                             : QStringLiteral(" (sending)"));
+    const QString use =
+        key.use == MailUse::Reading ? QStringLiteral("inbox") : QStringLiteral("sending");
+    return QStringLiteral("%1 (%2: %3)").arg(key.profile.toCaseFolded(), use, key.account);
 }
 
 StoreAnswer answer_of(const QKeychain::Job &job)

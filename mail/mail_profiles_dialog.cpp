@@ -1,6 +1,5 @@
 #include "mail/mail_profiles_dialog.h"
 
-#include "mail/known_providers.h"
 #include "platform/controls.h"
 #include "platform/event_handlers.h"
 #include "platform/prompts.h"
@@ -11,7 +10,7 @@
 namespace
 {
 const QString first_steps =
-    QStringLiteral("Type a name for the profile and your e-mail address, then press Find Servers. "
+    QStringLiteral("Type a name for the profile and your e-mail address: its servers are proposed. "
                    "Test signs on and says what it found.");
 
 QString entry_text(const StoredProfile &stored)
@@ -19,6 +18,13 @@ QString entry_text(const StoredProfile &stored)
     const QString name =
         stored.profile.name.isEmpty() ? QStringLiteral("(no name)") : stored.profile.name;
     return stored.is_sound() ? name : name + QStringLiteral(" (damaged)");
+}
+
+std::unique_ptr<Ui::MailProfilesDialog> made_ui(QDialog &dialog)
+{
+    auto ui = std::make_unique<Ui::MailProfilesDialog>();
+    ui->setupUi(&dialog);
+    return ui;
 }
 
 QString incomplete_note(const MailProfile &profile)
@@ -38,9 +44,9 @@ MailProfilesDialog::MailProfilesDialog(ProfileDesk desk, Prompts &prompts, QWidg
     : QDialog(parent),
       desk_(std::move(desk)),
       prompts_(prompts),
-      ui_(std::make_unique<Ui::MailProfilesDialog>())
+      ui_(made_ui(*this)),
+      finder_(*ui_->form, prompts, desk_.find_services, [this](const QString &text) { say(text); })
 {
-    ui_->setupUi(this);
     ui_->save_profile->setDefault(true);
     make_primary(*ui_->save_profile);
     resize(780, 700);
@@ -51,13 +57,12 @@ MailProfilesDialog::~MailProfilesDialog() = default;
 void MailProfilesDialog::wire(EventHandlers &handlers)
 {
     handlers.on(ui_->profiles, &QListWidget::currentRowChanged, [this] { profiles_Change(); });
-    handlers.on(ui_->form, &ProfileForm::address_given, [this] { sender_address_Change(); });
     handlers.on_click(ui_->new_profile, [this] { new_profile_Click(); });
     handlers.on_click(ui_->delete_profile, [this] { delete_profile_Click(); });
-    handlers.on_click(&ui_->form->find_servers_button(), [this] { find_servers_Click(); });
     handlers.on_click(ui_->test_profile, [this] { test_profile_Click(); });
     handlers.on_click(ui_->save_profile, [this] { save_profile_Click(); });
     handlers.on_click(ui_->close_window, [this] { reject(); });
+    finder_.wire(handlers);
 }
 
 void MailProfilesDialog::run()
@@ -82,6 +87,7 @@ void MailProfilesDialog::run()
 
 void MailProfilesDialog::reject()
 {
+    finder_.drop();
     if (may_leave())
         QDialog::reject();
 }
@@ -160,6 +166,7 @@ bool MailProfilesDialog::may_leave()
 
 void MailProfilesDialog::profiles_Change()
 {
+    finder_.drop();
     const int row = ui_->profiles->currentRow();
     if (row < 0)
         return;
@@ -185,12 +192,14 @@ void MailProfilesDialog::profiles_Change()
 
 void MailProfilesDialog::new_profile_Click()
 {
+    finder_.drop();
     if (may_leave())
         start_new();
 }
 
 void MailProfilesDialog::delete_profile_Click()
 {
+    finder_.drop();
     if (!chosen_ || !prompts_.ok_cancel(QStringLiteral("Are you sure you want to delete the mail "
                                                        "profile '%1' and its passwords?")
                                             .arg(chosen_->name)))
@@ -198,7 +207,7 @@ void MailProfilesDialog::delete_profile_Click()
     bool all_gone = false;
     try {
         desk_.accounts.profiles().remove(*chosen_);
-        all_gone = desk_.accounts.passwords().remove_all(chosen_->name);
+        all_gone = desk_.accounts.passwords().remove_all(*chosen_);
         load();
     } catch (const RuntimeError &error) {
         say(error.description());
@@ -210,57 +219,9 @@ void MailProfilesDialog::delete_profile_Click()
                                   "it holds for the profile stays there."));
 }
 
-// Only where nothing would be overwritten, and nobody is asked.
-void MailProfilesDialog::sender_address_Change()
-{
-    const auto known = known_servers(ui_->form->profile().sender_address);
-    if (!known || !ui_->form->names_no_server())
-        return;
-    ui_->form->take(*known);
-    say(QStringLiteral("These are the servers of a provider that the program knows. ") +
-        known->note);
-}
-
-void MailProfilesDialog::find_servers_Click()
-{
-    const QString address = ui_->form->profile().sender_address;
-    const QString domain = mail_domain(address);
-    if (domain.isEmpty()) {
-        say(QStringLiteral("Type your e-mail address first."));
-        return;
-    }
-    if (const auto known = known_servers(address)) {
-        ui_->form->take(*known);
-        say(QStringLiteral("These are the servers of a provider that the program knows. ") +
-            known->note);
-        return;
-    }
-    ServerProposal found;
-    desk_.run([&] { found = servers_from(desk_.find_services(service_names(domain)), address); });
-    if (found.is_empty()) {
-        ui_->form->take(guessed_servers(address));
-        say(QStringLiteral("The name service names no mail servers of %1. These are the usual "
-                           "names, a guess: Test says whether they are right.")
-                .arg(domain));
-    } else if (agrees_to(found, address)) {
-        ui_->form->take(found);
-        say(QStringLiteral("These are the servers that the name service names for %1.")
-                .arg(domain));
-    }
-}
-
-bool MailProfilesDialog::agrees_to(const ServerProposal &proposal, const QString &address)
-{
-    const QStringList foreign = foreign_hosts(proposal, address);
-    return foreign.isEmpty() ||
-           prompts_.yes_no(QStringLiteral("The name service names servers outside %1:\n\n%2\n\n"
-                                          "They would be given your user name and password. Do "
-                                          "you want to use them?")
-                               .arg(mail_domain(address), foreign.join(u'\n')));
-}
-
 void MailProfilesDialog::test_profile_Click()
 {
+    finder_.drop();
     say(QStringLiteral("Signing on …"));
     ui_->result->repaint();
     TrialReport report;
@@ -271,7 +232,8 @@ void MailProfilesDialog::test_profile_Click()
     say(report.text);
 }
 
-// What is typed counts; else what is known under the name that the profile has had so far.
+// What is typed counts; else what is known for this server under the name that the profile has had
+// so far.
 Credentials MailProfilesDialog::credentials(MailUse use)
 {
     MailProfile profile = ui_->form->profile();
@@ -285,17 +247,17 @@ Credentials MailProfilesDialog::credentials(MailUse use)
 
 void MailProfilesDialog::save_profile_Click()
 {
+    finder_.drop();
     save();
 }
 
 bool MailProfilesDialog::save()
 {
     const MailProfile profile = ui_->form->profile();
-    const QString old_name = chosen_ ? chosen_->name : profile.name;
     QString note;
     try {
         desk_.accounts.profiles().save(profile, chosen_);
-        note = keep_passwords(old_name, profile);
+        note = keep_passwords(profile);
         load();
     } catch (const RuntimeError &error) {
         say(error.description());
@@ -310,20 +272,20 @@ bool MailProfilesDialog::save()
 }
 
 /// @return what a person should know of it, with a blank before; empty for nothing.
-QString MailProfilesDialog::keep_passwords(const QString &old_name, const MailProfile &profile)
+QString MailProfilesDialog::keep_passwords(const MailProfile &profile)
 {
     SessionPasswords &passwords = desk_.accounts.passwords();
-    const bool all_renamed = passwords.rename(old_name, profile.name);
+    const bool all_came_along = passwords.take_along(chosen_.value_or(profile), profile);
     bool all_kept = true;
     for (const MailUse use : {MailUse::Reading, MailUse::Sending}) {
         const QString typed = ui_->form->typed_password(use);
         if (!typed.isEmpty())
-            all_kept = passwords.keep({profile.name, use}, typed) && all_kept;
+            all_kept = passwords.keep(password_key(profile, use), typed) && all_kept;
     }
     if (!all_kept)
         return QStringLiteral(
             " No keychain of the desktop answered: the password is kept until the program ends.");
-    return all_renamed ? QString()
-                       : QStringLiteral(" No keychain of the desktop answered: a password that it "
-                                        "holds stays under the profile's old name.");
+    return all_came_along ? QString()
+                          : QStringLiteral(" No keychain of the desktop answered: a password that "
+                                           "it holds for the profile as it was stays there.");
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mail/profile_desk.h"
+#include "mail/server_finder.h"
 
 #include <QDialog>
 
@@ -36,8 +37,6 @@ private:
     void profiles_Change();
     void new_profile_Click();
     void delete_profile_Click();
-    void find_servers_Click();
-    void sender_address_Change();
     void test_profile_Click();
     void save_profile_Click();
 
@@ -50,13 +49,13 @@ private:
     bool is_changed() const;
     bool may_leave();
     bool save();
-    QString keep_passwords(const QString &old_name, const MailProfile &profile);
-    bool agrees_to(const ServerProposal &proposal, const QString &address);
+    QString keep_passwords(const MailProfile &profile);
     Credentials credentials(MailUse use);
 
     ProfileDesk desk_;
     Prompts &prompts_;
     std::unique_ptr<Ui::MailProfilesDialog> ui_;
+    ServerFinder finder_;
     StoredProfiles all_;
     std::optional<MailProfile> chosen_; // as it stands in the file; nothing for a new one
     MailProfile shown_;                 // as the form showed it first

@@ -11,7 +11,6 @@ constexpr std::chrono::seconds patience_at_the_end{3};
 constexpr quint16 tls_port = 995;
 constexpr quint16 plain_port = 110;
 constexpr qsizetype longest_piece = qsizetype(64) * 1024;
-constexpr int most_lines = 10'000'000; // of a list
 // A command has 255 bytes at most (RFC 2449 section 4); what is longer is sent when it is asked
 // for.
 constexpr qsizetype longest_response = 200;
@@ -38,7 +37,8 @@ QString words_of(const QByteArray &answer)
 
 Pop3Session::Pop3Session(const MailServer &server, const NetworkConditions &conditions)
     : server_(with_port(server)),
-      connection_(server_, conditions)
+      connection_(server_, conditions),
+      most_lines_(conditions.bounds.most_lines)
 {
 }
 
@@ -191,7 +191,7 @@ Pop3Text Pop3Session::read_text(qint64 limit, qint64 most_left_out)
 
 void Pop3Session::read_lines(const std::function<void(const QByteArray &line)> &on_line)
 {
-    for (int lines = 0; lines < most_lines; ++lines) {
+    for (int lines = 0; lines < most_lines_; ++lines) {
         const QByteArray line = connection_.read_line();
         if (line == ".")
             return;

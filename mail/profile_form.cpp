@@ -42,7 +42,7 @@ ProfileForm::~ProfileForm() = default;
 
 void ProfileForm::wire()
 {
-    connect(ui_->sender_address, &QLineEdit::editingFinished, this, &ProfileForm::address_given);
+    connect(ui_->sender_address, &QLineEdit::editingFinished, this, &ProfileForm::tell_address);
     connect(ui_->inbox_kind, &QComboBox::activated, this, &ProfileForm::show_proposed_inbox);
     connect(ui_->inbox_kind, &QComboBox::currentIndexChanged, this, &ProfileForm::show_needed);
     connect(ui_->outgoing_kind, &QComboBox::currentIndexChanged, this, &ProfileForm::show_needed);
@@ -59,6 +59,7 @@ void ProfileForm::show_profile(const MailProfile &profile)
     ui_->name->setText(profile.name);
     ui_->sender_name->setText(profile.sender_name);
     ui_->sender_address->setText(profile.sender_address);
+    given_address_ = profile.sender_address.trimmed();
     ui_->inbox_kind->setCurrentIndex(static_cast<int>(profile.inbox));
     ui_->inbox_path->setText(is_imap ? QString() : profile.inbox_path);
     ui_->mailbox->setText(is_imap ? profile.inbox_path : QString());
@@ -105,10 +106,23 @@ void ProfileForm::forget_passwords()
     ui_->outgoing_server->forget_password();
 }
 
-bool ProfileForm::names_no_server() const
+// A field's editing also ends when it is passed through.
+void ProfileForm::tell_address()
 {
-    return ui_->inbox_server->server().host.isEmpty() &&
-           ui_->outgoing_server->server().host.isEmpty();
+    const QString address = profile().sender_address;
+    if (address == given_address_)
+        return;
+    given_address_ = address;
+    Q_EMIT address_given();
+}
+
+bool ProfileForm::names_no_place() const
+{
+    const MailProfile shown = profile();
+    const MailServer *const inbox = server_for(shown, MailUse::Reading);
+    const MailServer *const way_out = server_for(shown, MailUse::Sending);
+    return (inbox != nullptr ? inbox->host.isEmpty() : shown.inbox == InboxKind::Local) &&
+           (way_out != nullptr ? way_out->host.isEmpty() : shown.sendmail_program.isEmpty());
 }
 
 void ProfileForm::take(const ServerProposal &proposal)

@@ -30,8 +30,9 @@ public:
     QString typed_password(MailUse use) const;
     void forget_passwords();
 
-    /// Whether no server was named yet, so that a proposal overwrites nothing.
-    bool names_no_server() const;
+    /// Whether nothing was said yet of where mail lies and goes, so that a proposal overwrites
+    /// nothing.
+    bool names_no_place() const;
     /// Fills in the servers that are proposed. The inbox becomes IMAP, or POP3 where only that is
     /// proposed; one that is POP3 already stays so.
     void take(const ServerProposal &proposal);
@@ -40,17 +41,19 @@ public:
     QPushButton &find_servers_button();
 
 Q_SIGNALS:
-    /// The address was typed to its end.
+    /// Another address was typed to its end.
     void address_given();
 
 private:
     void wire();
     void show_needed();
+    void tell_address();
     void show_proposed_inbox();
     void browse_inbox();
     void browse_program();
     InboxKind inbox_kind() const;
 
     std::unique_ptr<Ui::ProfileForm> ui_;
+    QString given_address_;
     ServerProposal proposal_;
 };

@@ -15,8 +15,8 @@
 
 namespace
 {
-constexpr int slice = 40;                       // milliseconds
-constexpr qsizetype least_progress = 16 * 1024; // in the time of one patience
+constexpr int slice = 40;                    // milliseconds
+constexpr qsizetype least_progress = 16'384; // in the time of one patience
 constexpr qint64 most_unsent = qint64(64) * 1024;
 constexpr int longest_words = 300;
 constexpr int patience_for_an_answer = 10; // times that for a line

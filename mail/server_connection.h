@@ -17,6 +17,14 @@ class QHostAddress;
 class QSslConfiguration;
 class QSslSocket;
 
+/// What is taken of a server that sends on and on. Those that keep to what they say stay far below.
+struct AnswerBounds
+{
+    qint64 most_held = qint64(256) * 1024 * 1024;       // bytes of messages that were not read yet
+    qint64 most_passed_over = qint64(64) * 1024 * 1024; // of a text beyond those
+    int most_lines = 10'000'000;                        // of a list
+};
+
 /// What all network work shares.
 struct NetworkConditions
 {
@@ -27,6 +35,7 @@ struct NetworkConditions
     std::function<void()> turn = [] {};
     /// Certificates trusted beside the system's own (a server that the user vouches for; tests).
     QList<QSslCertificate> also_trusted;
+    AnswerBounds bounds = {};
 };
 
 /// The line broke or the server closed it: a new line may do better.
@@ -79,7 +88,7 @@ public:
     /// Returns when nearly all bytes have gone to the system.
     void write(const QByteArray &bytes);
     /// The next line without its CR LF (or LF). @throws also when it is longer than `limit` bytes.
-    QByteArray read_line(qsizetype limit = 64 * 1024);
+    QByteArray read_line(qsizetype limit = qsizetype(64) * 1024);
     /// The next line with its LF, or, when it is longer, its next `limit` bytes.
     QByteArray read_piece_of_line(qsizetype limit);
     /// Exactly `count` bytes.

@@ -2,6 +2,7 @@
 
 #include "mail/server_proposal.h"
 
+#include <QObject>
 #include <QStringList>
 
 #include <functional>
@@ -15,9 +16,13 @@ struct ServiceRecord
     quint16 port = 0;
 };
 
-/// Asks a name service for all records of these names. @return those that it answered in time, for
-/// each name the preferred one first.
-using ServiceResolver = std::function<std::vector<ServiceRecord>(const QStringList &names)>;
+/// Takes what a name service has answered, for each name the preferred record first.
+using ServicesFound = std::function<void(const std::vector<ServiceRecord> &records)>;
+
+/// Asks a name service for all records of these names and returns at once. What was answered in
+/// time is given to `found`, once, unless `asker` is gone by then.
+using ServiceResolver =
+    std::function<void(const QStringList &names, QObject &asker, const ServicesFound &found)>;
 
 /// The names under which a domain says where its mail servers are (RFC 6186 section 3, RFC 8314
 /// section 5.1).

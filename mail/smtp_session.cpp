@@ -8,8 +8,9 @@
 
 namespace
 {
-// The machine's own name would tell strangers about the network behind it. An address that means
-// every machine itself is a valid name (RFC 5321 4.1.3).
+// Servers write the name into each message for all recipients to read: the machine's own name, or
+// the socket's address, would tell strangers about the network behind it. This one is valid in form
+// (RFC 5321 4.1.3), tells nothing, and is what mail programs that care send.
 const QByteArray own_name = QByteArrayLiteral("[127.0.0.1]");
 
 constexpr int ready = 220;

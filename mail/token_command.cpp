@@ -10,7 +10,7 @@
 
 namespace
 {
-constexpr qsizetype most_output = 64 * 1024;
+constexpr qsizetype most_output = qsizetype(64) * 1024;
 
 QString first_line(const QByteArray &output)
 {

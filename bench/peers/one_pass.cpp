@@ -1,34 +1,18 @@
 // The least work that replays a log: one automaton of all its lines, one pass over each table, and
 // the rows that match deleted by their number in one transaction. Shares no code with the product.
 #include "bench/peers/aho_corasick.h"
+#include "bench/peers/lines.h"
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <cstdint>
 #include <exception>
-#include <fstream>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace
 {
-std::vector<std::string> read_lines(const char *path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        throw std::runtime_error("Cannot read " + std::string(path));
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) {
-        if (line.ends_with('\r'))
-            line.pop_back();
-        if (!line.empty())
-            lines.push_back(line);
-    }
-    return lines;
-}
-
 bool row_matches(SQLite::Statement &row, const AhoCorasick &words)
 {
     for (int column = 1; column < row.getColumnCount(); ++column) {

@@ -1,31 +1,17 @@
 // The plain way to store a list of addresses: one prepared insert a row, each with a commit of its
 // own. Like the product it stores the last line first and leaves the very last one out. Shares no
 // code with it.
+#include "bench/peers/lines.h"
+
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <exception>
-#include <fstream>
 #include <iostream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 namespace
 {
-std::vector<std::string> read_lines(const char *path)
-{
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
-        throw std::runtime_error("Cannot read " + std::string(path));
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(file, line);) {
-        if (line.ends_with('\r'))
-            line.pop_back();
-        lines.push_back(line);
-    }
-    return lines;
-}
-
 void store(SQLite::Database &database, const std::vector<std::string> &lines)
 {
     SQLite::Statement insert(database, "insert into master(email) values(?)");

@@ -93,6 +93,23 @@ TEST(Outlines, AreNotMadeOfNonsense)
         ImapOutline::read(structure_of(multipart(leaf("\"text\" \"plain\"", 0), "mixed")), {}));
 }
 
+TEST(Outlines, AreNotMadeOfMorePartsThanAreLookedAt)
+{
+    EXPECT_TRUE(ImapOutline::read(structure_of(multipart(plain + zip.repeated(998), "mixed")), {}));
+    EXPECT_FALSE(
+        ImapOutline::read(structure_of(multipart(plain + zip.repeated(999), "mixed")), {}));
+    EXPECT_FALSE(ImapOutline::read(structure_of(multipart(zip.repeated(30'000), "mixed")), {}));
+}
+
+TEST(Outlines, AreNotMadeWhereTheirSectionsAreTooManyForACommand)
+{
+    const auto outline = ImapOutline::read(structure_of(report(plain + status.repeated(100))), {});
+    ASSERT_TRUE(outline);
+    EXPECT_EQ(outline->sections().size(), 202);
+    EXPECT_FALSE(ImapOutline::read(structure_of(report(plain + status.repeated(200))), {}));
+    EXPECT_FALSE(ImapOutline::read(structure_of(report(plain + status.repeated(990))), {}));
+}
+
 TEST(Outlines, PutAMessageTogether)
 {
     const auto outline =

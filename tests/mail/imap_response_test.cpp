@@ -64,6 +64,16 @@ TEST(ImapResponses, BeyondAllMeasureAreRefused)
             EXPECT_TRUE(error.description().contains("the server announced")) << error.what();
         }
     }
+    // All of it counts together.
+    EXPECT_THROW(response_of("* 1 FETCH (BODY[1] {5}\r\nhello BODY[2] {100663280}\r\n"),
+                 RuntimeError);
+    try {
+        response_of("* 1 FETCH (X " + QByteArray(8 * 1024 * 1024, 'x'));
+        FAIL() << "took a line without end";
+    } catch (const RuntimeError &error) {
+        EXPECT_TRUE(error.description().contains("a line of more than 8388608 bytes"))
+            << error.what();
+    }
 }
 
 TEST(ImapFetches, TellWhatIsKnownOfAMessage)
@@ -93,6 +103,47 @@ TEST(ImapFetches, HoldLists)
     EXPECT_EQ(fetch.structure->text_at(2), "mixed");
     EXPECT_EQ(fetch.structure->text_at(9), "");
     EXPECT_EQ(fetch.uid, 3U);
+}
+
+// A message may be made so that the server has to describe it in such ways.
+TEST(ImapFetches, PassOverListsBeyondAllMeasure)
+{
+    const auto fetch_with = [](const QByteArray &structure) {
+        return fetch_of("* 1 FETCH (BODYSTRUCTURE " + structure + " UID 3 BODY[HEADER] \"x\")");
+    };
+    const QByteArray inner = "\"a)\" \"\\\"\" {2}\r\n)) (() NIL)";
+    for (const QByteArray &structure :
+         {QByteArray(150, '(') + inner + QByteArray(150, ')'),
+          "(" + QByteArray("(a b) ").repeated(60'000) + inner + " b)"}) {
+        const ImapFetch fetch = fetch_with(structure);
+        EXPECT_FALSE(fetch.is_cut);
+        EXPECT_EQ(fetch.uid, 3U);
+        ASSERT_EQ(fetch.sections.size(), 1U);
+        EXPECT_EQ(fetch.sections[0].second, "x");
+    }
+    EXPECT_FALSE(fetch_with("(" + QByteArray("a ").repeated(200'000) + ")").structure->is_list());
+    EXPECT_TRUE(fetch_with("(" + QByteArray("a ").repeated(90'000) + ")").structure->is_list());
+    EXPECT_TRUE(fetch_with(QByteArray(150, '(') + inner).is_cut); // which does not end
+}
+
+TEST(ImapFetches, TellWhatAStructureTakes)
+{
+    const ImapFetch fetch = fetch_of("* 1 FETCH (BODYSTRUCTURE (\"text\" {5000}\r\n" +
+                                     QByteArray(5'000, 'x') + " NIL ((a b))))");
+    EXPECT_GT(fetch.structure_size, 5'000);
+    EXPECT_LT(fetch.structure_size, 6'000);
+}
+
+TEST(ImapFetches, AreCutBehindTooManyLiterals)
+{
+    const ImapResponse response =
+        response_of("* 1 FETCH (UID 3 X (" + QByteArray("{3}\r\nabc ").repeated(20'000) + "))\r\n");
+    EXPECT_EQ(response.literals.size(), 10'000);
+    const ImapFetch fetch = read_fetch(response);
+    EXPECT_TRUE(fetch.is_cut);
+    EXPECT_EQ(fetch.uid, 3U);
+    EXPECT_FALSE(
+        fetch_of("* 1 FETCH (UID 3 X (" + QByteArray("{1}\r\n(").repeated(10'000) + "))").is_cut);
 }
 
 TEST(ImapFetches, EndWhereTheyMakeNoSense)

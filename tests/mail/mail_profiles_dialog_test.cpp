@@ -2,6 +2,7 @@
 #include "mail/known_providers.h"
 #include "mail/sign_in_refused.h"
 #include "tests/mail/mail_texts.h"
+#include "tests/mail/servers/stub_server.h"
 #include "tests/support/program_window.h"
 
 #include <QAction>
@@ -149,13 +150,31 @@ protected:
         profile.outgoing_server.user = "ann";
         return profile;
     }
-    static std::vector<ServiceRecord> records(const QString &host)
+    /// The name service answers with this host, when answer() is called.
+    void name_service_answers(const QString &host)
     {
-        return {{"_imaps._tcp.example.org", host, 993},
-                {"_submissions._tcp.example.org", host, 465}};
+        profile_desk.find_services = [this, host](const QStringList &names, QObject &asker,
+                                                  const ServicesFound &found) {
+            asked += names;
+            asker_ = &asker;
+            answer_ = [host, found] {
+                found({{"_imaps._tcp.example.org", host, 993},
+                       {"_submissions._tcp.example.org", host, 465}});
+            };
+        };
     }
+    void answer()
+    {
+        if (asker_)
+            answer_();
+    }
+    QStringList asked;
     const QString question_about_changes =
         "The mail profile '%1' has changes that are not saved. Save them?";
+
+private:
+    QPointer<QObject> asker_;
+    std::function<void()> answer_;
 };
 
 TEST_F(MailProfiles, AProfileIsMadeAndStored)
@@ -192,7 +211,8 @@ TEST_F(MailProfiles, AProfileIsMadeAndStored)
                                 SignInKind::Token,  "ann", "/bin/token \"a b\""};
     ASSERT_TRUE(profiles.find("work"));
     EXPECT_EQ(profiles.find("work")->profile, expected);
-    EXPECT_EQ(keychain.entries, (std::map<QString, QString>{{"work inbox", "s3cret"}}));
+    EXPECT_EQ(keychain.entries,
+              (std::map<QString, QString>{{"work inbox ann on imap.example.org", "s3cret"}}));
     EXPECT_FALSE(content(home.file("config/Pendral/profiles.ini")).contains("s3cret"));
 }
 
@@ -230,9 +250,8 @@ TEST_F(MailProfiles, OnlyTheFieldsThatAreNeededShow)
 
 TEST_F(MailProfiles, AKnownProviderIsProposedWhenItsAddressIsTyped)
 {
-    profile_desk.find_services = [](const QStringList &) {
-        ADD_FAILURE() << "nobody asked for the name service";
-        return std::vector<ServiceRecord>();
+    profile_desk.find_services = [](const QStringList &, QObject &, const ServicesFound &) {
+        ADD_FAILURE() << "the program knows the provider";
     };
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
         const ProfilesWindow window(dialog);
@@ -263,39 +282,100 @@ TEST_F(MailProfiles, AKnownProviderIsProposedWhenItsAddressIsTyped)
 
 TEST_F(MailProfiles, TheNameServiceIsAskedForOtherAddresses)
 {
-    QStringList asked;
-    profile_desk.find_services = [&asked](const QStringList &names) {
-        asked += names;
-        return records("mail.example.org");
-    };
-    boxes.expect_dialog("Mail Profiles", [&asked](QDialog &dialog) {
+    name_service_answers("mail.example.org");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.click("find_servers");
         EXPECT_EQ(window.result(), "Type your e-mail address first.");
         window.type("sender_address", "ann@example.org");
-        window.leave("sender_address");
         EXPECT_EQ(asked, QStringList());
-        window.click("find_servers");
+        window.leave("sender_address");
         EXPECT_EQ(asked, service_names("example.org"));
+        EXPECT_EQ(window.result(), "Asking the name service for the mail servers of example.org …");
+        window.type("name", "Work"); // goes on meanwhile
+        answer();
+        EXPECT_EQ(window.text("name"), "Work");
+        EXPECT_EQ(window.chosen("inbox_kind"), "IMAP server");
         EXPECT_EQ(window.text("inbox_server/host"), "mail.example.org");
         EXPECT_EQ(window.text("outgoing_server/host"), "mail.example.org");
         EXPECT_EQ(window.result(),
                   "These are the servers that the name service names for example.org.");
         window.close();
     });
+    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
+    choose("MailProfiles");
+}
+
+TEST_F(MailProfiles, FindServersAsksTheNameServiceAnew)
+{
+    name_service_answers("mail.example.org");
+    profiles.save(stored("Work"));
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.leave("sender_address"); // nothing is changed by passing through
+        EXPECT_EQ(asked, QStringList());
+        window.click("find_servers");
+        answer();
+        EXPECT_EQ(window.text("inbox_server/host"), "mail.example.org");
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
+    choose("MailProfiles");
+}
+
+TEST_F(MailProfiles, WhatWasChangedWhileServersAreLookedForStays)
+{
+    name_service_answers("mail.example.org");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.type("sender_address", "ann@example.org");
+        window.leave("sender_address");
+        window.choose("inbox_kind", "Mailbox file (mbox)");
+        answer();
+        EXPECT_EQ(window.chosen("inbox_kind"), "Mailbox file (mbox)");
+        EXPECT_EQ(window.chosen("outgoing_kind"), "The sendmail program of this machine");
+        EXPECT_EQ(window.result(), "What was typed meanwhile stays. Find Servers asks again.");
+        window.close();
+    });
     boxes.expect_yes_no(question_about_changes.arg(""), false);
     choose("MailProfiles");
 }
 
-TEST_F(MailProfiles, ServersOfAnotherDomainAreAskedAbout)
+TEST_F(MailProfiles, AnAnswerThatComesAfterTheNextCommandIsDropped)
 {
-    profile_desk.find_services = [](const QStringList &) { return records("mail.evil.example"); };
-    boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
+    name_service_answers("mail.evil.example");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.type("sender_address", "ann@example.org");
         window.click("find_servers");
-        EXPECT_EQ(window.chosen("inbox_kind"), "Local inbox of this machine");
+        window.click("test_profile");
+        const QString said = window.result();
+        answer();
+        EXPECT_EQ(window.result(), said);
         window.click("find_servers");
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg(""), false);
+    choose("MailProfiles");
+    answer();
+}
+
+TEST_F(MailProfiles, ServersOfAnotherDomainAreAskedAbout)
+{
+    name_service_answers("mail.evil.example");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.type("sender_address", "ann@example.org");
+        window.leave("sender_address");
+        answer();
+        EXPECT_EQ(window.result(), "The name service names servers outside example.org: "
+                                   "mail.evil.example. Find Servers asks whether to use them.");
+        window.click("find_servers");
+        answer();
+        EXPECT_EQ(window.chosen("inbox_kind"), "Local inbox of this machine");
+        EXPECT_EQ(window.result(), "");
+        window.click("find_servers");
+        answer();
         EXPECT_EQ(window.text("inbox_server/host"), "mail.evil.example");
         window.close();
     });
@@ -313,6 +393,9 @@ TEST_F(MailProfiles, AGuessIsCalledOne)
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.type("sender_address", "ann@example.org");
+        window.leave("sender_address");
+        EXPECT_EQ(window.result(), "The name service names no mail servers of example.org. Find "
+                                   "Servers proposes the usual names.");
         window.click("find_servers");
         EXPECT_EQ(window.text("inbox_server/host"), "imap.example.org");
         EXPECT_EQ(window.result(),
@@ -327,7 +410,8 @@ TEST_F(MailProfiles, AGuessIsCalledOne)
 TEST_F(MailProfiles, TestSaysWhatItFound)
 {
     profiles.save(stored("Work"));
-    keychain.entries = {{"work inbox", "right"}, {"work sending", "x"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "right"},
+                        {"work sending ann on smtp.example.org", "x"}};
     open([](const ProfilesWindow &window) {
         window.click("test_profile");
         EXPECT_EQ(window.result(), "Reading: 1,234 messages in the inbox.\n"
@@ -336,7 +420,7 @@ TEST_F(MailProfiles, TestSaysWhatItFound)
     });
 }
 
-TEST_F(MailProfiles, NothingElseBeginsWhileServersAreWaitedFor)
+TEST_F(MailProfiles, NothingElseBeginsWhileServersAreTried)
 {
     bool is_waiting = false;
     QStringList met;
@@ -344,10 +428,6 @@ TEST_F(MailProfiles, NothingElseBeginsWhileServersAreWaitedFor)
         is_waiting = true;
         operation();
         is_waiting = false;
-    };
-    profile_desk.find_services = [&](const QStringList &) {
-        met += is_waiting ? "guarded" : "unguarded";
-        return records("mail.example.org");
     };
     profile_desk.try_way_out = [&](const MailProfile &, const std::function<Credentials()> &) {
         met += is_waiting ? "guarded" : "unguarded";
@@ -357,18 +437,16 @@ TEST_F(MailProfiles, NothingElseBeginsWhileServersAreWaitedFor)
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.click("test_profile");
-        window.click("find_servers");
         window.close();
     });
-    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
     choose("MailProfiles");
-    EXPECT_EQ(met, (QStringList{"guarded", "guarded"}));
+    EXPECT_EQ(met, QStringList{"guarded"});
 }
 
 TEST_F(MailProfiles, TestSaysExactlyWhatFailed)
 {
     profiles.save(stored("Work"));
-    keychain.entries = {{"work inbox", "wrong"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "wrong"}};
     open([](const ProfilesWindow &window) {
         window.click("test_profile");
         EXPECT_EQ(window.result(),
@@ -394,7 +472,8 @@ TEST_F(MailProfiles, TestSaysExactlyWhatFailed)
 TEST_F(MailProfiles, TestTakesATypedPasswordBeforeTheStoredOne)
 {
     profiles.save(stored("Work"));
-    keychain.entries = {{"work inbox", "old"}, {"work sending", "x"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "old"},
+                        {"work sending ann on smtp.example.org", "x"}};
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.type("inbox_server/password", "right");
@@ -404,7 +483,110 @@ TEST_F(MailProfiles, TestTakesATypedPasswordBeforeTheStoredOne)
     });
     boxes.expect_yes_no(question_about_changes.arg("Work"), false);
     choose("MailProfiles");
-    EXPECT_EQ(keychain.entries["work inbox"], "old");
+    EXPECT_EQ(keychain.entries["work inbox ann on imap.example.org"], "old");
+}
+
+// Takes whatever signs on to it.
+void take_everybody(StubLine &line)
+{
+    line.say("* OK ready\r\n");
+    while (line.is_open()) {
+        const QByteArray command = line.hear();
+        const QByteArray tag = command.left(command.indexOf(' '));
+        if (command.isEmpty())
+            return;
+        if (command.contains(" EXAMINE"))
+            line.say("* 0 EXISTS\r\n");
+        line.say(tag + " OK\r\n");
+    }
+}
+
+TEST_F(MailProfiles, APasswordGoesToNoOtherServerThanItsOwn)
+{
+    const StubServer server(take_everybody);
+    profile_desk.open_inbox = inbox_opener({std::chrono::seconds(5), [] {}, {}});
+    MailProfile profile = stored("Work");
+    profile.inbox_server.host = "localhost";
+    profile.inbox_server.port = server.port();
+    profile.inbox_server.security = LineSecurity::Plain;
+    profile.outgoing = OutgoingKind::Sendmail;
+    profiles.save(profile);
+    keychain.entries = {{"work inbox ann on localhost", "stored-s3cret"}};
+    log_on_answers.passwords = {{"typed", false}};
+    boxes.expect_dialog("Mail Profiles", [&](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.type("inbox_server/host", "127.0.0.1");
+        window.click("test_profile");
+        EXPECT_TRUE(window.result().startsWith("Reading: 0 messages"))
+            << window.result().toStdString();
+        window.type("inbox_server/host", "localhost");
+        window.type("inbox_server/user", "eve");
+        window.click("test_profile");
+        EXPECT_TRUE(window.result().startsWith("Reading failed: The mail profile 'Work' needs the "
+                                               "password of eve on localhost (IMAP), and "))
+            << window.result().toStdString();
+        window.type("inbox_server/user", "ann");
+        window.click("new_profile");
+        window.type("name", "Work"); // not that one
+        window.choose("inbox_kind", "IMAP server");
+        window.type("inbox_server/host", "127.0.0.2");
+        window.type("inbox_server/user", "ann");
+        window.click("test_profile");
+        EXPECT_TRUE(window.result().startsWith("Reading failed: "))
+            << window.result().toStdString();
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
+    choose("MailProfiles");
+    EXPECT_EQ(log_on_answers.reasons,
+              (QStringList{"The mail profile 'Work' needs the password of ann on 127.0.0.1 (IMAP), "
+                           "and the desktop's keychain holds none.",
+                           "The mail profile 'Work' needs the password of eve on localhost (IMAP), "
+                           "and the desktop's keychain holds none.",
+                           "The mail profile 'Work' needs the password of ann on 127.0.0.2 (IMAP), "
+                           "and the desktop's keychain holds none."}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !server.heard().isEmpty(); }));
+    EXPECT_EQ(server.lines(), 1);
+    EXPECT_FALSE(server.heard().join().contains("stored-s3cret"));
+    EXPECT_TRUE(server.heard().join().contains("typed"));
+}
+
+TEST_F(MailProfiles, APasswordIsForgottenWithTheServerThatItWasFor)
+{
+    profiles.save(stored("Work"));
+    keychain.entries = {{"work inbox ann on imap.example.org", "a"},
+                        {"work sending ann on smtp.example.org", "b"}};
+    open([](const ProfilesWindow &window) {
+        window.type("name", "Club");
+        window.type("inbox_server/host", "imap.evil.example");
+        window.click("save_profile");
+        EXPECT_EQ(window.result(), "Saved.");
+        window.close();
+    });
+    EXPECT_EQ(keychain.entries,
+              (std::map<QString, QString>{{"club sending ann on smtp.example.org", "b"}}));
+    const MailProfile changed = profiles.find("club")->profile;
+    EXPECT_THROW(accounts.credentials(changed, MailUse::Reading), RuntimeError);
+    EXPECT_EQ(accounts.credentials(changed, MailUse::Sending).secret, "b");
+}
+
+TEST_F(MailProfiles, SavingSaysThatAKeychainMayKeepThePasswordOfAnotherServer)
+{
+    profiles.save(stored("Work"));
+    keychain.answers = false;
+    accounts.passwords().hold(password_key(stored("Work"), MailUse::Reading), "held");
+    open([](const ProfilesWindow &window) {
+        window.type("inbox_server/host", "IMAP.example.org"); // the same
+        window.click("save_profile");
+        EXPECT_EQ(window.result(), "Saved.");
+        window.type("inbox_server/host", "imap.evil.example");
+        window.click("save_profile");
+        EXPECT_EQ(window.result(), "Saved. No keychain of the desktop answered: a password that it "
+                                   "holds for the profile as it was stays there.");
+        window.close();
+    });
+    EXPECT_THROW(accounts.credentials(profiles.find("Work")->profile, MailUse::Reading),
+                 RuntimeError);
 }
 
 TEST_F(MailProfiles, TestReadsALocalInboxForReal)
@@ -420,7 +602,8 @@ TEST_F(MailProfiles, TestReadsALocalInboxForReal)
 TEST_F(MailProfiles, ARenamedProfileKeepsItsPasswords)
 {
     profiles.save(stored("Work"));
-    keychain.entries = {{"work inbox", "a"}, {"work sending", "b"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "a"},
+                        {"work sending ann on smtp.example.org", "b"}};
     open([](const ProfilesWindow &window) {
         window.type("name", "Club");
         window.click("save_profile");
@@ -429,7 +612,8 @@ TEST_F(MailProfiles, ARenamedProfileKeepsItsPasswords)
         window.close();
     });
     EXPECT_EQ(keychain.entries,
-              (std::map<QString, QString>{{"club inbox", "a"}, {"club sending", "b"}}));
+              (std::map<QString, QString>{{"club inbox ann on imap.example.org", "a"},
+                                          {"club sending ann on smtp.example.org", "b"}}));
     EXPECT_FALSE(profiles.find("Work"));
 }
 
@@ -452,7 +636,8 @@ TEST_F(MailProfiles, DeletingAsksFirst)
 {
     profiles.save(stored("Work"));
     profiles.save(stored("Club"));
-    keychain.entries = {{"work inbox", "a"}, {"club inbox", "b"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "a"},
+                        {"club inbox ann on imap.example.org", "b"}};
     const QString question =
         "Are you sure you want to delete the mail profile 'Club' and its passwords?";
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
@@ -471,7 +656,8 @@ TEST_F(MailProfiles, DeletingAsksFirst)
     boxes.expect_ok_cancel(question, true);
     choose("MailProfiles");
     EXPECT_FALSE(profiles.find("Club"));
-    EXPECT_EQ(keychain.entries, (std::map<QString, QString>{{"work inbox", "a"}}));
+    EXPECT_EQ(keychain.entries,
+              (std::map<QString, QString>{{"work inbox ann on imap.example.org", "a"}}));
 }
 
 TEST_F(MailProfiles, DeletingSaysThatAKeychainMayKeepThePasswords)

@@ -1,7 +1,5 @@
 #include "tests/mail/message_shapes.h"
 
-#include <initializer_list>
-
 namespace
 {
 QByteArray head(const QByteArray &subject)
@@ -17,7 +15,7 @@ QByteArray part(const QByteArray &fields, const QByteArray &body)
     return fields + "\n\n" + body;
 }
 
-QByteArray several(const QByteArray &type, std::initializer_list<QByteArray> parts)
+QByteArray several(const QByteArray &type, const QByteArrayList &parts)
 {
     static int number = 0;
     const QByteArray boundary = "bound" + QByteArray::number(++number);
@@ -65,7 +63,7 @@ QByteArray returned(int kilobytes)
                     several("mixed", {text("returned text"), attachment(kilobytes)}));
 }
 
-QByteArray report(std::initializer_list<QByteArray> parts)
+QByteArray report(const QByteArrayList &parts)
 {
     return several("report; report-type=delivery-status", parts);
 }
@@ -156,11 +154,39 @@ QByteArrayList broken()
             text(lines(300, "of repeated fields the first counts")),
     };
 }
+// Structures that no server can be asked about as about others.
+QByteArrayList excessive()
+{
+    QByteArray parts = text("in the middle");
+    QByteArray messages = text("in the middle");
+    QByteArray reports = report({text("in the middle"), status("ann@example.net")});
+    for (int level = 0; level < 110; ++level) {
+        parts = several("mixed", {parts});
+        messages = part("Content-Type: message/rfc822", head("inner") + messages);
+    }
+    for (int level = 0; level < 45; ++level)
+        reports = report({text("on level"), reports});
+    QByteArrayList statuses;
+    for (int i = 0; i < 990; ++i)
+        statuses += status("n" + QByteArray::number(i) + "@example.net");
+    QByteArrayList pieces;
+    for (int i = 0; i < 3'000; ++i)
+        pieces += text("piece");
+    return {
+        head("many levels of parts") + several("mixed", {text("in front"), parts}),
+        head("many levels of messages") + several("mixed", {text("in front"), messages}),
+        head("many levels of reports") + report({text("in front"), reports}),
+        head("many statuses") + report(QByteArrayList{text("All failed.")} + statuses),
+        head("many statuses far inside") +
+            report({text("in front"), report(QByteArrayList{text("All failed.")} + statuses)}),
+        head("many parts") + several("mixed", pieces),
+    };
+}
 } // namespace
 
 QByteArrayList message_shapes()
 {
-    return texts() + attachments() + reports() + broken();
+    return texts() + attachments() + reports() + broken() + excessive();
 }
 
 QByteArray letter(int number)
