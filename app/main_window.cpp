@@ -219,6 +219,8 @@ void MainWindow::repaint_grids()
 {
     work_table_rows_.paint_now(controls_.MSFlexGrid1);
     master_rows_.paint_now(controls_.MSFlexGrid5);
+    if (!manipulator_.isNull())
+        manipulator_->paint_grid();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -1,6 +1,7 @@
 #include "platform/line_printer.h"
 
 #include "platform/runtime_error.h"
+#include "platform/shown_text.h"
 
 #include <QPainter>
 #include <QPrinterInfo>
@@ -19,16 +20,6 @@ constexpr int point_size = 10;
 [[noreturn]] void fail(const QString &reason)
 {
     throw RuntimeError(error_number::printer_error, QStringLiteral("Printer error: ") + reason);
-}
-
-QString as_one_line(QString text)
-{
-    for (QChar &c : text) {
-        const bool breaks = c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
-        if (breaks || c.category() == QChar::Other_Control)
-            c = QLatin1Char(' ');
-    }
-    return text;
 }
 
 qsizetype piece_end(const QString &text, qsizetype start)
@@ -126,7 +117,7 @@ std::unique_ptr<QPrinter> default_printer()
 
 void LinePrinter::add_line(const QString &text)
 {
-    lines_.append(as_one_line(text));
+    lines_.append(one_line(text));
 }
 
 void LinePrinter::print(const std::function<void(qint64 done, qint64 total)> &told)

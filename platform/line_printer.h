@@ -21,8 +21,8 @@ class LinePrinter
 public:
     explicit LinePrinter(std::unique_ptr<QPrinter> printer) : printer_(std::move(printer)) {}
 
-    /// Adds one line. What is wider than the page goes on in the next row; line breaks and control
-    /// characters are printed as blanks.
+    /// Adds one line, printed as one_line() has it. What is wider than the page goes on in the next
+    /// row.
     void add_line(const QString &text);
 
     /// Prints all lines; `told` hears how many are done, and of how many.

@@ -6,6 +6,7 @@
 #include "tests/support/program_window.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QLineEdit>
 #include <QPointer>
 #include <QProxyStyle>
@@ -315,6 +316,55 @@ TEST_F(ReviewForm, ApplyGoesOnWithoutTheTable)
     run("alter table email rename to other");
     press("Command1");
     EXPECT_TRUE(form().isVisible());
+}
+
+TEST_F(ReviewForm, ApplyWhoseDeletesAreAllRefusedComesToItsEnd)
+{
+    settings.write("Filter", " Returned ");
+    add("daemon@isp.org", "Was Returned to you", "gone@x.org");
+    add("gone@x.org", "Hello");
+    form();
+    SQLite::Database other(native_path(review_database).toStdString(), SQLite::OPEN_READWRITE);
+    other.exec("begin immediate"); // nobody else may write now
+    press("Command1");
+    other.exec("rollback");
+    EXPECT_EQ(emails(), (QStringList{"daemon@isp.org", "gone@x.org"}));
+    EXPECT_EQ(shown().size(), 2);
+    EXPECT_EQ(part<TextBox>("Text2").text(), "gone@x.org");
+    EXPECT_EQ(part<QLineEdit>("Text1").text(), " Returned ");
+    EXPECT_EQ(form().data().record_source().text(), "select * from email");
+}
+
+TEST_F(ReviewForm, ApplyGoesOnWithoutSettings)
+{
+    add("ann@x.org", "Hello");
+    form();
+    const QString file = settings_file(SettingsStore::application, SettingsStore::section);
+    ASSERT_TRUE(QFile::remove(file));
+    ASSERT_TRUE(QDir().mkpath(file)); // a folder in its place
+    press("Command1");
+    EXPECT_EQ(part<QLineEdit>("Text1").text(), "");
+    EXPECT_EQ(form().data().record_source().text(), "select * from email");
+}
+
+TEST_F(ReviewForm, ApplyTakesAHeadingThatIsAnOpenBracketForAPatternThatFails)
+{
+    settings.write("Filter", "[");
+    add("daemon@isp.org", "a [b", "gone@x.org");
+    add("gone@x.org", "Hello");
+    EXPECT_EQ(apply().size(), 2);
+    EXPECT_TRUE(form().isVisible());
+}
+
+TEST_F(ReviewForm, ApplyTakesAMessageWithoutATextForOneWithoutAnAddress)
+{
+    settings.write("Filter", "Returned");
+    add("daemon@isp.org", "Returned", "gone@x.org");
+    run("insert into email(email, subject, text) values ('null@isp.org', 'Returned', null)");
+    add("gone@x.org", "Hello");
+    add("kept@x.org", "Hello");
+    EXPECT_EQ(apply(), QStringList{"kept@x.org"});
+    EXPECT_EQ(part<TextBox>("Text2").text(), "");
 }
 
 TEST_F(ReviewForm, ApplyOfMoreMessagesThanSixteenBitsCountDoesNothing)

@@ -5,6 +5,7 @@
 #include "transfer/grid_export.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -85,6 +86,61 @@ TEST_F(Exporting, WithoutAFileAndWithoutRowsIsFinished)
 {
     export_to({});
     EXPECT_EQ(journal.last(), "notice: Finished!");
+}
+
+TEST_F(Exporting, OpensItsFileBeforeItTurnsToTheWholeList)
+{
+    show(Data2, "select * from master where email like 'a*'");
+    EXPECT_EQ(number_of([&] { export_to(home.file("none/list.csv")); }),
+              error_number::path_not_found);
+    EXPECT_EQ(Data2.record_source().text(), "select * from master where email like 'a*'");
+}
+
+TEST_F(Exporting, WithoutADatabaseFailsAndLeavesWhatWasThere)
+{
+    DataConnection none(engine);
+    write_file(file, "what was there");
+    prompts.will_answer(file);
+    EXPECT_NE(
+        number_of([&] {
+            export_addresses({none, prompts, *this}, "All Files (*.*)|*.*", "select * from master");
+        }),
+        0);
+    EXPECT_EQ(content(file), "what was there");
+}
+
+qint64 peak_memory()
+{
+    rusage used{};
+    getrusage(RUSAGE_SELF, &used);
+    return used.ru_maxrss * 1024;
+}
+
+class NobodyIsTold : public ProgressReport
+{
+    void tell(const QString &, qint64, qint64) override {}
+    void clear() override {}
+    void note(const QString &) override {}
+};
+
+TEST_F(Exporting, TakesNoMoreMemoryForALongList)
+{
+    constexpr qint64 cache = 16 << 20; // bytes that the database may keep of its file
+    run_sql(path(), "with recursive n(i) as (select 1 union all select i + 1 from n where i < "
+                    "100000) insert into master(email) select i || '@' || hex(zeroblob(250)) "
+                    "from n");
+    NobodyIsTold nobody;
+    prompts.will_answer(file);
+    prompts.will_answer(home.file("grid.csv"));
+    const qint64 before = peak_memory();
+    export_addresses({Data2, prompts, nobody}, "All Files (*.*)|*.*", "select * from master");
+    save_grid({Data2, prompts, nobody});
+    EXPECT_GT(QFileInfo(file).size(), 50'000'000);
+#ifndef __SANITIZE_ADDRESS__ // which keeps for a while what has been freed
+    EXPECT_LT(peak_memory() - before, cache + 4'000'000);
+#else
+    EXPECT_GT(before, 0);
+#endif
 }
 
 TEST_F(Exporting, ToAPlaceThatCannotBeWrittenFails)

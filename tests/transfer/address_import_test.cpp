@@ -1,5 +1,6 @@
 #include "platform/long_text_box.h"
 #include "platform/words.h"
+#include "tests/support/turn_journal.h"
 #include "tests/transfer/transfer_room.h"
 #include "transfer/address_import.h"
 #include "transfer/import_items.h"
@@ -13,6 +14,7 @@
 #include <QTimer>
 
 #include <functional>
+#include <new>
 #include <sys/stat.h>
 
 namespace
@@ -304,6 +306,43 @@ TEST_F(Importing, AfterAFailureUsesTheOpenWindows)
     EXPECT_EQ(journal, all_well);
     EXPECT_EQ(open_windows(), neither);
     EXPECT_EQ(parent.findChildren<QWidget *>("frmIMport").size(), 0);
+}
+
+TEST_F(Importing, GivesATurnBeforeAndAfterPleaseWaitAndThenStores)
+{
+    const TurnJournal turns(journal, {"frmIMport", "PleaseWait"});
+    QObject::connect(&Data2, &DataConnection::rows_changed, [this] { journal.append("row"); });
+    import_text("a@x.org,b@x.org,c@x.org");
+    EXPECT_EQ(journal,
+              all_well + QStringList({"frmIMport", "turn", "PleaseWait", "turn", "row", "row"}));
+}
+
+// Memory that runs out is an error, too.
+TEST_F(Importing, WithoutMemoryForItFails)
+{
+    prompts.after_each_box([this] {
+        if (journal == all_well)
+            throw std::bad_alloc();
+    });
+    import_addresses({Data2, prompts, please_wait, window, *this});
+    EXPECT_EQ(journal, failed);
+    EXPECT_EQ(stored(), QStringList());
+}
+
+TEST_F(Importing, PassesOverMemoryThatRunsOutLater)
+{
+    QObject::connect(&Data2, &DataConnection::rows_changed, [] { throw std::bad_alloc(); });
+    import_text("a@x.org,b@x.org,end@x.org");
+    EXPECT_EQ(journal, all_well);
+    EXPECT_EQ(stored(), (QStringList{"b@x.org", "a@x.org"}));
+    EXPECT_EQ(open_windows(), neither);
+}
+
+TEST_F(Importing, ASaveToAPlaceThatCannotBeWrittenFails)
+{
+    import_text("Ann");
+    prompts.will_answer(home.file("none/saved.txt"));
+    EXPECT_EQ(number_of([this] { window.SaveAs_Click(); }), error_number::path_not_found);
 }
 
 TEST_F(Importing, ShowsItsWindowInTheTurnOfTheEventLoop)

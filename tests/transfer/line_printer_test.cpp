@@ -54,10 +54,10 @@ TEST_F(PrintedLines, ThatAreTooWideGoOnInTheNextRow)
 
 TEST_F(PrintedLines, AreOneLineEach)
 {
-    const auto pages = print({QStringLiteral("a@x\r\nb@x\tc\u2029d"), "", "e@x"});
+    const auto pages = print({QStringLiteral("a@x\r\nb@x\tc\u2029d\u202Ee"), "", "e@x"});
     ASSERT_EQ(pages.size(), 1);
     ASSERT_EQ(pages[0].size(), 2);
-    EXPECT_EQ(pages[0][0].simplified(), "a@x b@x c d");
+    EXPECT_EQ(pages[0][0].simplified(), "a@x b@x c d e");
     EXPECT_EQ(pages[0][1], "e@x");
 }
 
