@@ -258,7 +258,7 @@ TEST_F(DesktopKeychain, IsNotWaitedForForEver)
 {
     start({"asks", "60"});
     EXPECT_EQ(read({2s, 3s}).answer, StoreAnswer::NoStore);
-    EXPECT_GE(waited, 2900ms);
+    EXPECT_GE(waited, 2500ms); // timers are coarse
     EXPECT_LT(waited, 20s);
 }
 
