@@ -168,7 +168,8 @@ bool ServerConnection::is_encrypted() const
 
 bool ServerConnection::may_carry_secrets() const
 {
-    return is_encrypted() || is_this_machine(socket_->peerAddress(), socket_->localAddress());
+    return is_encrypted() ||
+           conditions_.stays_here(socket_->peerAddress(), socket_->localAddress());
 }
 
 void ServerConnection::write(const QByteArray &bytes)

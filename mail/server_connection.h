@@ -25,6 +25,9 @@ struct AnswerBounds
     int most_lines = 10'000'000;                        // of a list
 };
 
+/// Whether a line between these two ends does not leave this machine.
+bool is_this_machine(const QHostAddress &peer, const QHostAddress &local);
+
 /// What all network work shares.
 struct NetworkConditions
 {
@@ -36,6 +39,9 @@ struct NetworkConditions
     /// Certificates that are trusted in place of the system's own (tests); none: those.
     QList<QSslCertificate> authorities;
     AnswerBounds bounds = {};
+    /// Which lines carry secrets unencrypted (tests: none).
+    std::function<bool(const QHostAddress &peer, const QHostAddress &local)> stays_here =
+        is_this_machine;
 };
 
 /// The line broke or the server closed it: a new line may do better.
@@ -51,9 +57,6 @@ class ServerSilent : public RuntimeError
 public:
     using RuntimeError::RuntimeError;
 };
-
-/// Whether a line between these two ends does not leave this machine.
-bool is_this_machine(const QHostAddress &peer, const QHostAddress &local);
 
 /// A line to a mail server, over TCP and TLS 1.2 or later. The certificate chain and the host name
 /// are always verified. Blocks its caller; every wait ends after the conditions' patience: a line,
