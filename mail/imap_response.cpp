@@ -334,7 +334,7 @@ QDateTime read_internal_date(const QByteArray &text)
     const QList<QByteArray> day = words.first().split('-');
     if (words.size() != 3 || day.size() != 3 || day[1].size() != 3 || words[2].size() != 5)
         return {};
-    const qsizetype month = months.indexOf(day[1]);
+    const qsizetype month = months.indexOf(day[1].left(1).toUpper() + day[1].mid(1).toLower());
     const QDate date(day[2].toInt(), static_cast<int>(month / 3 + 1), day[0].toInt());
     const QTime time = QTime::fromString(QString::fromLatin1(words[1]), Qt::ISODate);
     const int zone = words[2].toInt(); // ±hhmm

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "mail/imap_response.h"
-#include "mail/sasl.h"
 #include "mail/server_connection.h"
+#include "mail/sign_on_talk.h"
 
 #include <QList>
 
@@ -64,7 +64,7 @@ private:
     void read_capabilities();
     void start_tls();
     void authenticate(const Credentials &credentials);
-    void authenticate_with(SaslTalk talk);
+    void authenticate_with(SignOnTalk &talk);
     void log_in(const Credentials &credentials);
     bool can(const QByteArray &capability) const;
     std::optional<QString> try_examine(const QString &name, ImapMailbox &mailbox);

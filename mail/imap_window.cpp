@@ -275,6 +275,9 @@ void ImapWindow::settle(Item &item, const QString &refusal)
         item.is_gone = true;
     } else if (!item.on_demand) {
         item.on_demand = true; // another message of the batch may be at fault
+    } else if (item.want == Want::Outline || item.want == Want::Parts) {
+        item.outline.reset();
+        item.want = Want::Beginning; // which asks for nothing unusual
     } else {
         item.want = Want::Nothing;
         item.refusal = refusal;

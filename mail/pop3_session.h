@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mail/sasl.h"
 #include "mail/server_connection.h"
+#include "mail/sign_on_talk.h"
 
 #include <QByteArrayList>
 
@@ -51,7 +51,7 @@ private:
     QByteArrayList mechanisms() const;
     void start_tls();
     void authenticate(const Credentials &credentials);
-    void authenticate_with(SaslTalk talk);
+    void authenticate_with(SignOnTalk &talk);
     void log_in(const Credentials &credentials);
 
     MailServer server_;

@@ -50,7 +50,7 @@ try {
     }
     const QCoreApplication application(argc, argv);
     SendingConditions conditions;
-    conditions.network.also_trusted = QSslCertificate::fromPath(QString::fromLocal8Bit(argv[2]));
+    conditions.network.authorities = QSslCertificate::fromPath(QString::fromLocal8Bit(argv[2]));
     send_message(message_to(std::atoi(argv[3])), account(static_cast<quint16>(std::atoi(argv[1]))),
                  conditions, nullptr);
     return 0;

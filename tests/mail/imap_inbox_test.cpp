@@ -4,6 +4,7 @@
 #include "tests/mail/servers/inbox_on_stub.h"
 #include "tests/support/print_qt.h"
 
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -208,6 +209,25 @@ TEST_F(StubImap, BlamesThePasswordOnlyWhenTheServerDoes)
     }
 }
 
+TEST_F(StubImap, BlamesThePasswordAlsoWhereTheMechanismDoes)
+{
+    // "e=invalid-proof", "e=other-error"
+    for (const QByteArray error : {"ZT1pbnZhbGlkLXByb29m", "ZT1vdGhlci1lcnJvcg=="}) {
+        const StubServer stub([&](StubLine &line) {
+            speak(line, {"* CAPABILITY IMAP4rev1 AUTH=SCRAM-SHA-256 SASL-IR\r\nTAG OK x\r\n",
+                         "+ " + error + "\r\n"});
+        });
+        try {
+            inbox(stub).fetch();
+            FAIL() << "signed on";
+        } catch (const SignInRefused &refusal) {
+            EXPECT_TRUE(refusal.description().endsWith("logging in: invalid-proof"));
+        } catch (const RuntimeError &failure) {
+            EXPECT_TRUE(failure.description().endsWith("logging in: other-error"));
+        }
+    }
+}
+
 TEST_F(StubImap, ShowsNoSecretInTheFormThatACommandHolds)
 {
     const StubServer stub([](StubLine &line) {
@@ -258,6 +278,63 @@ TEST_F(StubImap, RefusesToBeSignedOnBeforeTheEncryption)
     });
     EXPECT_EQ(outcome(stub, LineSecurity::StartTls),
               QStringList{"connecting: the server signs on before the line is encrypted"});
+}
+
+TEST_F(StubImap, TellsWhereTheSignOnWasCutOrStalled)
+{
+    struct Place
+    {
+        LineSecurity security;
+        QByteArrayList answers; // that are given before
+        const char *step;
+    };
+    const QByteArray tls = "* CAPABILITY IMAP4rev1 STARTTLS\r\nTAG OK x\r\n";
+    const QByteArray login = "* CAPABILITY IMAP4rev1 AUTH=LOGIN\r\nTAG OK x\r\n";
+    for (const Place &place :
+         {Place{LineSecurity::StartTls, {}, "encrypting the line"},
+          Place{LineSecurity::StartTls, {tls}, "encrypting the line"},
+          Place{LineSecurity::StartTls, {tls, "TAG OK go\r\n"}, "encrypting the line"},
+          Place{LineSecurity::Plain, {login}, "logging in"},
+          Place{LineSecurity::Plain, {login, "+ VXNlcm5hbWU6\r\n"}, "logging in"},
+          Place{LineSecurity::Plain,
+                {login, "+ VXNlcm5hbWU6\r\n", "+ VXNlcm5hbWU6\r\n"},
+                "logging in"}}) {
+        SCOPED_TRACE(place.answers.join().toStdString());
+        const StubServer cutting([&](StubLine &line) { // once it has heard what comes next
+            speak(line, place.answers);
+            line.hear();
+        });
+        EXPECT_EQ(outcome(cutting, place.security),
+                  QStringList{QString(place.step) + ": the server closed the line"});
+        const StubServer stalling([&](StubLine &line) {
+            speak(line, place.answers);
+            line.stall();
+        });
+        ImapInbox reader =
+            inbox(stalling, place.security, {SignInKind::Password, "ann", "pencil"}, 150ms);
+        EXPECT_EQ(outcome(reader), QStringList{QString(place.step) + ": the server did not answer "
+                                                                     "within 0.15 seconds"});
+        EXPECT_EQ(stalling.lines(), 1);
+    }
+}
+
+TEST_F(StubImap, TakesLeaveInTimeWhateverTheServerDoes)
+{
+    for (const bool stalls : {false, true}) {
+        const StubServer stub([stalls](StubLine &line) {
+            speak(line, good.first(5));
+            if (stalls)
+                line.stall();
+        });
+        QElapsedTimer clock;
+        {
+            ImapInbox reader =
+                inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 300ms);
+            EXPECT_EQ(outcome(reader), all);
+            clock.start();
+        }
+        EXPECT_LT(clock.elapsed(), 3'500);
+    }
 }
 
 TEST_F(StubImap, AsksAgainWhatTheServerCanOnceTheLineIsEncrypted)
@@ -451,6 +528,23 @@ TEST_F(StubImap, AnAnswerThatCannotBeReadIsAskedForAsTheBeginningOfTheMessage)
     answers += "* 1 FETCH (UID 9" + whole + ")\r\nTAG OK x\r\n";
     const StubServer stub([&](StubLine &line) { speak(line, answers); });
     EXPECT_EQ(outcome(stub), (QStringList{"odd", "odd", "odd"}));
+}
+
+TEST_F(StubImap, AStructureThatTheServerRefusesIsReadFromTheBeginningOfTheMessage)
+{
+    const QByteArray text = "Subject: odd\r\n\r\nits text\r\n";
+    const QByteArray whole = "* 1 FETCH (UID 5 BODY[]<0> {" + QByteArray::number(text.size()) +
+                             "}\r\n" + text + ")\r\nTAG OK x\r\n";
+    QByteArrayList answers = good;
+    answers[3] = listed(50'000);
+    answers[4] = "TAG BAD too long\r\n"; // for all three
+    answers[5] = "TAG BAD too long\r\n";
+    answers += {whole, "TAG NO no structure\r\n", "TAG NO not that either\r\n"};
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    ImapInbox reader = inbox(stub);
+    reader.fetch();
+    EXPECT_EQ(reader.read(0).subject, "odd");
+    EXPECT_THROW(reader.read(1), MessageRefused);
 }
 
 TEST_F(StubImap, AMessageThatWasExpungedMeanwhileHasGone)

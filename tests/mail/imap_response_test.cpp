@@ -167,7 +167,8 @@ TEST(InternalDates, AreReadInTheirOneForm)
         return read_internal_date(text).toString(Qt::ISODate);
     };
     EXPECT_EQ(utc(" 1-Jan-2020 00:00:00 +0530"), "2019-12-31T18:30:00Z");
-    EXPECT_EQ(utc("31-Dec-1999 23:59:59 -0030"), "2000-01-01T00:29:59Z");
+    EXPECT_EQ(utc(" 1-JUL-2020 00:00:00 +0000"), "2020-07-01T00:00:00Z");
+    EXPECT_EQ(utc("31-dec-1999 23:59:59 -0030"), "2000-01-01T00:29:59Z");
     for (const char *bad :
          {"", "1-Jan-2020", "1-Foo-2020 00:00:00 +0000", "32-Jan-2020 00:00:00 +0000",
           "1-Jan-2020 25:00:00 +0000", "1-anF-2020 00:00:00 +0000"})

@@ -5,10 +5,13 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QProcess>
 #include <gtest/gtest.h>
 
 namespace
 {
+using namespace std::chrono_literals;
+
 MailProfile profile(const QString &name, const QString &inbox_host = "imap.example.org")
 {
     MailProfile made;
@@ -133,6 +136,13 @@ TEST_F(Passwords, DoNotGoToAnotherServer)
     EXPECT_TRUE(keychain.entries.empty());
 }
 
+TEST_F(Passwords, OfAProfileWithoutANameBelongToTheirServerToo)
+{
+    passwords.hold(password_key(profile({}), MailUse::Reading), "typed");
+    const MailProfile next = profile({}, "imap.evil.example");
+    EXPECT_EQ(passwords.find(password_key(next, MailUse::Reading)).answer, StoreAnswer::Absent);
+}
+
 TEST_F(Passwords, AreNotAskedAboutWhereNothingOfThemChanged)
 {
     keychain.answers = false;
@@ -178,5 +188,84 @@ TEST(Keychain, WithoutASessionBusThereIsNoStoreAndNothingIsWritten)
     EXPECT_EQ(keychain.remove(work), StoreAnswer::NoStore);
     EXPECT_LT(clock.elapsed(), 3 * 4500);
     EXPECT_FALSE(is_written_below(home.path(), "in-the-clear"));
+}
+
+/// A session bus of the test's own, with a keychain (servers/secret_service.py).
+class DesktopKeychain : public testing::Test
+{
+protected:
+    ~DesktopKeychain() override
+    {
+        for (QProcess *process : {&service_, &bus_}) {
+            process->kill();
+            process->waitForFinished();
+        }
+    }
+
+    void start(const QStringList &how)
+    {
+        bus_.start("dbus-daemon", {"--session", "--nofork", "--print-address",
+                                   "--address=unix:dir=" + home_.path()});
+        qputenv("DBUS_SESSION_BUS_ADDRESS", first_line_of(bus_));
+        qputenv("XDG_CURRENT_DESKTOP", "GNOME"); // the kind of keychain
+        service_.start("/usr/bin/python3",
+                       QStringList{OSTRIX_MAIL_SERVERS "/secret_service.py"} + how);
+        ASSERT_EQ(first_line_of(service_), "ready");
+    }
+    StoredPassword read(const KeychainPatience &patience)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        const StoredPassword found = KeychainPasswords(patience).read(work);
+        waited = std::chrono::milliseconds(clock.elapsed());
+        return found;
+    }
+
+    std::chrono::milliseconds waited{};
+
+private:
+    static QByteArray first_line_of(QProcess &process)
+    {
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        while (process.state() != QProcess::NotRunning && !process.canReadLine())
+            process.waitForReadyRead();
+        return process.readLine().trimmed();
+    }
+
+    PrivateHome home_;
+    QProcess bus_;
+    QProcess service_;
+};
+
+TEST_F(DesktopKeychain, GivesWhatItHas)
+{
+    start({"answers"});
+    const StoredPassword found = read({});
+    EXPECT_EQ(found.answer, StoreAnswer::Done);
+    EXPECT_EQ(found.password, "kept");
+}
+
+TEST_F(DesktopKeychain, IsWaitedForWhileAPersonUnlocksIt)
+{
+    start({"asks", "3"});
+    const StoredPassword found = read({2s, 60s});
+    EXPECT_EQ(found.answer, StoreAnswer::Done);
+    EXPECT_EQ(found.password, "kept");
+    EXPECT_GE(waited, 2500ms);
+}
+
+TEST_F(DesktopKeychain, IsNotWaitedForForEver)
+{
+    start({"asks", "60"});
+    EXPECT_EQ(read({2s, 3s}).answer, StoreAnswer::NoStore);
+    EXPECT_GE(waited, 2900ms);
+    EXPECT_LT(waited, 20s);
+}
+
+TEST_F(DesktopKeychain, IsGivenUpWhenItHangs)
+{
+    start({"hangs"});
+    EXPECT_EQ(read({400ms, 60s}).answer, StoreAnswer::NoStore);
+    EXPECT_LT(waited, 20s);
 }
 } // namespace

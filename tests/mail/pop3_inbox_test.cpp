@@ -4,6 +4,7 @@
 #include "tests/mail/servers/inbox_on_stub.h"
 #include "tests/support/print_qt.h"
 
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 namespace
@@ -393,6 +394,63 @@ TEST_F(StubPop3, RefusesWhatIsSlippedInBeforeTheEncryption)
     EXPECT_EQ(
         outcome(stub, LineSecurity::StartTls),
         QStringList{"encrypting the line: the server went on in plain text after its go-ahead"});
+}
+
+TEST_F(StubPop3, TellsWhereTheSignOnWasCutOrStalled)
+{
+    struct Place
+    {
+        LineSecurity security;
+        QByteArrayList answers; // that are given before
+        const char *step;
+    };
+    const QByteArray tls = "+OK\r\nSTLS\r\n.\r\n";
+    const QByteArray login = "+OK\r\nSASL LOGIN\r\n.\r\n";
+    for (const Place &place :
+         {Place{LineSecurity::StartTls, {}, "encrypting the line"},
+          Place{LineSecurity::StartTls, {tls}, "encrypting the line"},
+          Place{LineSecurity::StartTls, {tls, "+OK go\r\n"}, "encrypting the line"},
+          Place{LineSecurity::Plain, {login}, "logging in"},
+          Place{LineSecurity::Plain, {login, "+ VXNlcm5hbWU6\r\n"}, "logging in"},
+          Place{LineSecurity::Plain,
+                {login, "+ VXNlcm5hbWU6\r\n", "+ VXNlcm5hbWU6\r\n"},
+                "logging in"}}) {
+        SCOPED_TRACE(place.answers.join().toStdString());
+        const StubServer cutting([&](StubLine &line) { // once it has heard what comes next
+            speak(line, place.answers);
+            line.hear();
+        });
+        EXPECT_EQ(outcome(cutting, place.security),
+                  QStringList{QString(place.step) + ": the server closed the line"});
+        const StubServer stalling([&](StubLine &line) {
+            speak(line, place.answers);
+            line.stall();
+        });
+        Pop3Inbox reader =
+            inbox(stalling, place.security, {SignInKind::Password, "ann", "pencil"}, 150ms);
+        EXPECT_EQ(outcome(reader), QStringList{QString(place.step) + ": the server did not answer "
+                                                                     "within 0.15 seconds"});
+        EXPECT_EQ(stalling.lines(), 1);
+    }
+}
+
+TEST_F(StubPop3, TakesLeaveInTimeWhateverTheServerDoes)
+{
+    for (const bool stalls : {false, true}) {
+        const StubServer stub([stalls](StubLine &line) {
+            speak(line, good.first(7));
+            if (stalls)
+                line.stall();
+        });
+        QElapsedTimer clock;
+        {
+            Pop3Inbox reader =
+                inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 300ms);
+            EXPECT_EQ(outcome(reader), all);
+            clock.start();
+        }
+        EXPECT_LT(clock.elapsed(), 3'500);
+    }
 }
 
 TEST_F(StubPop3, AsksAgainWhatTheServerCanOnceTheLineIsEncrypted)

@@ -49,7 +49,7 @@ protected:
     MailProfile profile;
     ProfileMailStore by_server{accounts, inbox_opener({}), &dialog, [this] {
                                    SendingConditions trusting;
-                                   trusting.network.also_trusted = certificates.authority();
+                                   trusting.network.authorities = certificates.authority();
                                    return trusting;
                                }()};
 };

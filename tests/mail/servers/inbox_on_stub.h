@@ -36,7 +36,7 @@ protected:
         conditions.patience = patience;
         conditions.bounds = bounds;
         if (security != LineSecurity::Plain)
-            conditions.also_trusted = certificates().authority();
+            conditions.authorities = certificates().authority();
         const auto ask = [credentials] { return credentials; };
         if constexpr (std::is_constructible_v<Inbox, MailServer, QString, decltype(ask),
                                               NetworkConditions>)
