@@ -218,6 +218,7 @@ try {
     measurement.run("nothing but blanks", QByteArray(characters, ' '));
     measurement.run("nothing but line breaks", QByteArray(characters, '\n'));
     measurement.run("nothing but signs", QByteArray(characters, '@'));
+    measurement.run("one letter with accents", "a" + QByteArray("\xCC\x81").repeated(characters));
     return 0;
 } catch (const std::exception &error) {
     std::fprintf(stderr, "%s\n", error.what());
