@@ -10,6 +10,7 @@
 
 namespace
 {
+constexpr int most_parts = 1'000; // as many as are looked at in a whole message
 const QByteArray line_end = "\r\n";
 const QByteArray mime = ".MIME";
 
@@ -74,10 +75,10 @@ std::size_t place_of_disposition(const QByteArray &type)
 std::optional<ImapOutline> ImapOutline::read(const ImapValue &structure, const QByteArray &header)
 {
     const bool is_multipart = !structure.items.empty() && structure.items.front().is_list();
-    auto root = read_part(structure, is_multipart ? QByteArray() : QByteArray("1"));
+    ImapOutline outline;
+    auto root = outline.read_part(structure, is_multipart ? QByteArray() : QByteArray("1"));
     if (!root)
         return std::nullopt;
-    ImapOutline outline;
     outline.root_ = std::move(*root);
     outline.header_ = fields_alone(header);
     // So that no content can hold it: nobody knows it before.
@@ -89,7 +90,7 @@ std::optional<ImapOutline> ImapOutline::read(const ImapValue &structure, const Q
 std::optional<ImapOutline::Part> ImapOutline::read_part(const ImapValue &structure,
                                                         const QByteArray &section)
 {
-    if (!structure.is_list() || structure.items.empty())
+    if (!structure.is_list() || structure.items.empty() || ++parts_ > most_parts)
         return std::nullopt;
     if (structure.items.front().is_list())
         return read_multipart(structure, section);

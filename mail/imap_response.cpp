@@ -11,8 +11,15 @@
 namespace
 {
 constexpr qsizetype longest_line = qsizetype(8) * 1024 * 1024;
+constexpr qsizetype line_end = 2; // bytes
 constexpr qsizetype longest_response = qsizetype(96) * 1024 * 1024;
-constexpr int most_levels = 100;
+// More than what a structure of the largest message is made of.
+constexpr qint64 most_passed_over = qint64(1024) * 1024 * 1024;
+constexpr qsizetype piece_passed_over = qsizetype(64) * 1024;
+constexpr qsizetype longest_announcement = 32;
+// A thousand parts, the header and the content of each, need 2,000; an empty one costs 80 bytes of
+// memory for five.
+constexpr qsizetype most_literals = 10'000;
 
 QByteArray next_word(QByteArrayView &text)
 {
@@ -48,154 +55,48 @@ std::optional<qsizetype> cut_announcement(QByteArray &line)
     return fits && size <= longest_response ? size : longest_response + 1;
 }
 
-// Walks the text of a response and takes its literals where they stand.
-class Cursor
+QByteArray without_line_end(QByteArray line)
 {
-public:
-    explicit Cursor(ImapResponse &response) : response_(response) {}
-
-    void skip(const QByteArray &text) { at_ += text.size(); }
-
-    void skip_blanks()
-    {
-        while (next() == ' ')
-            ++at_;
-    }
-
-    // The next character; 0 at the end of the piece.
-    char next() const { return at_ < piece().size() ? piece()[at_] : '\0'; }
-    bool take(char c)
-    {
-        const bool is_next = next() == c;
-        at_ += is_next ? 1 : 0;
-        return is_next;
-    }
-    bool is_at_literal() const
-    {
-        return at_ == piece().size() && piece_ < response_.literals.size();
-    }
-    bool is_at_end() const { return at_ == piece().size() && !is_at_literal(); }
-
-    // Item names hold blanks and parentheses within brackets: "BODY[HEADER.FIELDS (FROM)]<0>".
-    QByteArray item_name()
-    {
-        QByteArray name;
-        int brackets = 0;
-        while (!is_at_end()) {
-            if (is_at_literal()) { // a field's name may be one
-                name += literal();
-                continue;
-            }
-            const char c = next();
-            if (brackets == 0 && (c == ' ' || c == '(' || c == ')'))
-                break;
-            brackets += c == '[' ? 1 : c == ']' ? -1 : 0;
-            name += c;
-            ++at_;
-        }
-        return name.toUpper();
-    }
-
-    std::optional<ImapValue> value(int level = 0)
-    {
-        skip_blanks();
-        if (is_at_literal())
-            return text(literal());
-        if (next() == '(')
-            return list(level);
-        if (take('"'))
-            return quoted();
-        return atom();
-    }
-
-private:
-    const QByteArray &piece() const { return response_.pieces[piece_]; }
-
-    static ImapValue text(QByteArray bytes)
-    {
-        return {ImapValue::Kind::Text, std::move(bytes), {}};
-    }
-
-    QByteArray literal()
-    {
-        at_ = 0;
-        return std::move(response_.literals[piece_++]);
-    }
-
-    std::optional<ImapValue> list(int level)
-    {
-        if (level == most_levels)
-            return std::nullopt;
-        take('(');
-        ImapValue result;
-        result.kind = ImapValue::Kind::List;
-        for (skip_blanks(); !take(')'); skip_blanks()) {
-            auto item = is_at_end() ? std::nullopt : value(level + 1);
-            if (!item)
-                return std::nullopt;
-            result.items.push_back(std::move(*item));
-        }
-        return result;
-    }
-
-    std::optional<ImapValue> quoted()
-    {
-        QByteArray bytes;
-        while (!take('"')) {
-            take('\\');
-            if (at_ == piece().size())
-                return std::nullopt;
-            bytes += piece()[at_++];
-        }
-        return text(std::move(bytes));
-    }
-
-    std::optional<ImapValue> atom()
-    {
-        const qsizetype begin = at_;
-        while (at_ < piece().size() && !QByteArrayView(" ()\"").contains(piece()[at_]))
-            ++at_;
-        QByteArray bytes = piece().sliced(begin, at_ - begin);
-        if (bytes.isEmpty())
-            return std::nullopt;
-        if (bytes.compare("NIL", Qt::CaseInsensitive) == 0)
-            return ImapValue();
-        return text(std::move(bytes));
-    }
-
-    ImapResponse &response_;
-    qsizetype piece_ = 0;
-    qsizetype at_ = 0;
-};
-
-bool has_deleted_flag(const ImapValue &flags)
-{
-    return std::ranges::any_of(flags.items, [](const ImapValue &flag) {
-        return flag.text.compare("\\Deleted", Qt::CaseInsensitive) == 0;
-    });
+    line.chop(line.endsWith("\r\n") ? 2 : line.endsWith('\n') ? 1 : 0);
+    return line;
 }
 
-void take_section(const QByteArray &name, ImapValue &value, ImapFetch &fetch)
+// The tag, and what stands behind it.
+ImapResponse begun_by(const QByteArray &line)
 {
-    const qsizetype end = name.lastIndexOf(']');
-    if (name.startsWith("BODY[") && end > 0 && value.kind == ImapValue::Kind::Text)
-        fetch.sections.emplace_back(name.sliced(5, end - 5), std::move(value.text));
+    const QByteArray text = without_line_end(line);
+    const qsizetype blank = text.indexOf(' ');
+    ImapResponse response;
+    response.tag = text.first(blank < 0 ? text.size() : blank);
+    response.pieces = {text.sliced(blank < 0 ? text.size() : blank + 1)};
+    return response;
 }
 
-void take_item(const QByteArray &name, ImapValue value, ImapFetch &fetch)
+// Reads a response to its end and keeps nothing of it. `line` is what has been read of its last
+// line.
+ImapResponse pass_over(ServerConnection &connection, QByteArray line)
 {
-    if (name == "UID")
-        fetch.uid = value.text.toUInt();
-    else if (name == "RFC822.SIZE")
-        fetch.size = value.text.toLongLong();
-    else if (name == "INTERNALDATE")
-        fetch.arrived = read_internal_date(value.text);
-    else if (name == "FLAGS")
-        fetch.is_deleted = has_deleted_flag(value);
-    else if (name == "BODYSTRUCTURE")
-        fetch.structure = std::move(value);
-    else
-        take_section(name, value, fetch);
+    qint64 passed = 0;
+    const auto count = [&](qint64 size) {
+        passed += size;
+        if (passed > most_passed_over)
+            connection.fail(connection.step(), QStringLiteral("the server never comes to an end"));
+    };
+    while (true) {
+        while (!line.endsWith('\n')) {
+            const QByteArray more = connection.read_piece_of_line(piece_passed_over);
+            count(more.size());
+            line = line.last(std::min(line.size(), longest_announcement)) + more;
+        }
+        line = without_line_end(std::move(line));
+        const auto announced = cut_announcement(line);
+        if (!announced)
+            return {"*", {QByteArray()}, {}};
+        count(*announced);
+        for (qsizetype left = *announced; left > 0;)
+            left -= connection.read_bytes(std::min(left, piece_passed_over)).size();
+        line.clear();
+    }
 }
 } // namespace
 
@@ -225,68 +126,32 @@ QByteArray ImapResponse::rest() const
 
 ImapResponse read_imap_response(ServerConnection &connection)
 {
-    QByteArray line = connection.read_line(longest_line);
-    const qsizetype blank = line.indexOf(' ');
-    ImapResponse response;
-    response.tag = line.first(blank < 0 ? line.size() : blank);
-    line.remove(0, blank < 0 ? line.size() : blank + 1);
-    response.pieces = {line};
-    if (!response.is_untagged() || is_status(response.keyword()))
+    QByteArray line = connection.read_piece_of_line(longest_line + line_end);
+    ImapResponse response = begun_by(line);
+    if (!response.is_untagged() || is_status(response.keyword())) {
+        if (!line.endsWith('\n'))
+            connection.fail(
+                connection.step(),
+                QStringLiteral("the server sent a line of more than %1 bytes").arg(longest_line));
         return response;
-    qsizetype size = line.size();
-    while (const auto announced = cut_announcement(response.pieces.last())) {
-        size += *announced;
-        if (size > longest_response)
+    }
+    for (qsizetype size = 0;;) {
+        size += line.size();
+        if (!line.endsWith('\n'))
+            return pass_over(connection, std::move(line));
+        const auto announced = cut_announcement(response.pieces.last());
+        if (!announced)
+            return response;
+        if (*announced > longest_response)
             connection.fail(connection.step(),
-                            QStringLiteral("the server announced %1 bytes").arg(size));
+                            QStringLiteral("the server announced %1 bytes").arg(*announced));
+        size += *announced;
+        if (size > longest_response || response.literals.size() == most_literals)
+            return pass_over(connection, std::move(line));
         response.literals += connection.read_bytes(*announced);
-        response.pieces += connection.read_line(longest_line);
-        size += response.pieces.last().size();
+        line = connection.read_piece_of_line(longest_line + line_end);
+        response.pieces += without_line_end(line);
     }
-    return response;
-}
-
-QByteArray ImapValue::text_at(std::size_t index) const
-{
-    return index < items.size() ? items[index].text : QByteArray();
-}
-
-ImapFetch read_fetch(ImapResponse response)
-{
-    ImapFetch fetch;
-    for (const QByteArray &piece : std::as_const(response.pieces))
-        fetch.length += piece.size();
-    const qsizetype skipped = response.pieces.first().size() - response.rest().size();
-    Cursor cursor(response);
-    cursor.skip(response.pieces.first().first(skipped));
-    if (!cursor.take('('))
-        return fetch;
-    while (!cursor.is_at_end() && cursor.next() != ')') {
-        cursor.skip_blanks();
-        const QByteArray name = cursor.item_name();
-        auto value = cursor.value();
-        if (name.isEmpty() || !value)
-            break;
-        take_item(name, std::move(*value), fetch);
-        cursor.skip_blanks();
-    }
-    return fetch;
-}
-
-QDateTime read_internal_date(const QByteArray &text)
-{
-    static constexpr QByteArrayView months("JanFebMarAprMayJunJulAugSepOctNovDec");
-    const QList<QByteArray> words = text.trimmed().split(' ');
-    const QList<QByteArray> day = words.first().split('-');
-    if (words.size() != 3 || day.size() != 3 || day[1].size() != 3 || words[2].size() != 5)
-        return {};
-    const qsizetype month = months.indexOf(day[1]);
-    const QDate date(day[2].toInt(), static_cast<int>(month / 3 + 1), day[0].toInt());
-    const QTime time = QTime::fromString(QString::fromLatin1(words[1]), Qt::ISODate);
-    const int zone = words[2].toInt(); // ±hhmm
-    if (month < 0 || month % 3 != 0 || !date.isValid() || !time.isValid())
-        return {};
-    return QDateTime(date, time, Qt::OffsetFromUTC, (zone / 100 * 60 + zone % 100) * 60).toUTC();
 }
 
 QByteArray imap_mailbox_name(const QString &name)

@@ -246,9 +246,10 @@ ImapSession::End ImapSession::read_to_an_end(const Handler &on_untagged,
             continue;
         }
         const QByteArray keyword = response.keyword();
-        if (keyword != "OK" && keyword != "NO")
+        if (keyword != "OK" && keyword != "NO" && keyword != "BAD")
             connection_.fail(connection_.step(), words_of(response));
-        return {response.tag, keyword == "NO" ? std::optional(words_of(response)) : std::nullopt};
+        return {response.tag, keyword == "OK" ? std::nullopt : std::optional(words_of(response)),
+                keyword == "BAD"};
     }
     connection_.fail(connection_.step(), QStringLiteral("the server never comes to an end"));
 }
@@ -260,6 +261,8 @@ std::optional<QString> ImapSession::finish(const QByteArray &tag, const Handler 
     if (end.tag != tag)
         connection_.fail(connection_.step(),
                          QStringLiteral("the server answers what it was not asked"));
+    if (end.is_bad)
+        connection_.fail(connection_.step(), *end.refusal);
     return end.refusal;
 }
 

@@ -36,7 +36,8 @@ public:
     struct End
     {
         QByteArray tag;
-        std::optional<QString> refusal; // the server's words when it said NO
+        std::optional<QString> refusal; // the server's words when it said NO, or BAD
+        bool is_bad = false;            // it does not take such a command
     };
 
     /// Reads up to the next end of a command; servers work on several at a time.
@@ -44,7 +45,8 @@ public:
     /// @param on_continuation  is handed the server's requests to go on.
     End read_to_an_end(
         const Handler &on_untagged, const Handler &on_continuation = [](const ImapResponse &) {});
-    /// The same for the only command that is on its way. @return its refusal.
+    /// The same for the only command that is on its way. @return its refusal by NO. @throws when
+    /// the server says BAD.
     std::optional<QString> finish(
         const QByteArray &tag, const Handler &on_untagged,
         const Handler &on_continuation = [](const ImapResponse &) {});

@@ -512,8 +512,8 @@ TEST_F(StubImap, AStructureThatMakesNoSenseIsReadFromTheBeginningOfTheMessage)
     answers[3] = listed(50'000);
     answers[4] =
         "* 1 FETCH (UID 5 BODYSTRUCTURE ((()))) \r\n* 2 FETCH (UID 6 BODYSTRUCTURE NIL)\r\n"
-        "* 3 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1))\r\n"
-        "TAG OK x\r\n";
+        "* 3 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1) "
+        "BODY[HEADER.FIELDS (X)] \"\")\r\nTAG OK x\r\n";
     answers[5] = "* 3 FETCH (UID 9 BODY[1] {3}\r\nhi!)\r\nTAG OK x\r\n";
     answers.insert(5, "* 1 FETCH (UID 5 " + whole + ")\r\n* 2 FETCH (UID 6 " + whole +
                           ")\r\nTAG OK x\r\n");

@@ -93,6 +93,20 @@ TEST(Outlines, AreNotMadeOfNonsense)
         ImapOutline::read(structure_of(multipart(leaf("\"text\" \"plain\"", 0), "mixed")), {}));
 }
 
+TEST(Outlines, AreNotMadeOfMorePartsThanAreLookedAt)
+{
+    EXPECT_TRUE(ImapOutline::read(structure_of(multipart(plain.repeated(999), "mixed")), {}));
+    EXPECT_FALSE(ImapOutline::read(structure_of(multipart(plain.repeated(1'000), "mixed")), {}));
+    const QByteArray half = multipart(plain.repeated(499), "mixed");
+    EXPECT_TRUE(
+        ImapOutline::read(structure_of(multipart(half + plain.repeated(499), "mixed")), {}));
+    EXPECT_FALSE(ImapOutline::read(structure_of(multipart(half + half, "mixed")), {}));
+    EXPECT_FALSE(ImapOutline::read(
+        structure_of(
+            multipart(plain + enclosed(multipart(plain.repeated(1'000), "mixed")), "mixed")),
+        {}));
+}
+
 TEST(Outlines, PutAMessageTogether)
 {
     const auto outline =

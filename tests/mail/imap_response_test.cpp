@@ -1,4 +1,4 @@
-#include "mail/imap_response.h"
+#include "mail/imap_fetch.h"
 #include "mail/server_connection.h"
 #include "tests/mail/servers/stub_server.h"
 #include "tests/support/print_qt.h"
@@ -66,6 +66,37 @@ TEST(ImapResponses, BeyondAllMeasureAreRefused)
     }
 }
 
+// Of two responses, of which the first is beyond what is kept: what the second one says.
+QByteArray said_behind(const QByteArray &first)
+{
+    const StubServer stub([first](StubLine &line) { line.say(first + "\r\n* 9 EXISTS\r\n"); });
+    MailServer server;
+    server.host = "127.0.0.1";
+    server.port = stub.port();
+    server.security = LineSecurity::Plain;
+    ServerConnection connection(server, {3s, [] {}, {}});
+    connection.open();
+    const ImapResponse passed_over = read_imap_response(connection);
+    EXPECT_TRUE(passed_over.is_untagged());
+    EXPECT_EQ(passed_over.keyword(), "");
+    EXPECT_TRUE(passed_over.literals.isEmpty());
+    return read_imap_response(connection).pieces.join();
+}
+
+TEST(ImapResponses, BeyondWhatAMessageNeedsArePassedOver)
+{
+    const QByteArray long_text(5'000'000, 'x');
+    EXPECT_EQ(said_behind("* 1 FETCH (" + long_text + long_text + ')'), "9 EXISTS");
+    EXPECT_EQ(said_behind("* 1 FETCH (" + long_text + " {12}\r\n* 8 EXISTS\r\n" + long_text +
+                          long_text + ')'),
+              "9 EXISTS");
+    EXPECT_EQ(said_behind("* 1 FETCH (" + long_text + long_text +
+                          " {12}\r\n* 8 EXISTS\r\n {2+}\r\n" + "xx)"),
+              "9 EXISTS");
+    EXPECT_EQ(said_behind("* 1 FETCH (" + QByteArray("{0}\r\n").repeated(20'000) + ')'),
+              "9 EXISTS");
+}
+
 TEST(ImapFetches, TellWhatIsKnownOfAMessage)
 {
     const ImapFetch fetch = fetch_of(
@@ -108,6 +139,44 @@ TEST(ImapFetches, EndWhereTheyMakeNoSense)
     EXPECT_EQ(fetch_of("* 1 FETCH (UID -3 RFC822.SIZE none)").uid, 0U);
     const QByteArray deep(300'000, '(');
     EXPECT_EQ(fetch_of("* 1 FETCH (UID 3 BODYSTRUCTURE " + deep + ")").structure, std::nullopt);
+}
+
+TEST(ImapFetches, HoldNoStructureOfMoreValuesThanAMessageNeeds)
+{
+    const auto structure_of = [](int values) {
+        return fetch_of("* 1 FETCH (UID 3 BODYSTRUCTURE (" + QByteArray("a ").repeated(values) +
+                        "))")
+            .structure;
+    };
+    ASSERT_TRUE(structure_of(90'000));
+    EXPECT_EQ(structure_of(90'000)->items.size(), 90'000U);
+    EXPECT_EQ(structure_of(110'000), std::nullopt);
+    EXPECT_EQ(
+        fetch_of("* 1 FETCH (UID 3 BODYSTRUCTURE (" + QByteArray("() ").repeated(200'000) + "))")
+            .structure,
+        std::nullopt);
+}
+
+TEST(ImapFetches, HoldNoStructureOfLongTexts)
+{
+    const QByteArray text(4'000'000, 'x');
+    const QByteArray quoted = '"' + text + '"';
+    const QByteArray literal = "{4000000}\r\n" + text;
+    for (const QByteArray &structure :
+         {literal + ' ' + literal + ' ' + literal + ' ' + literal + ' ' + literal,
+          literal + ' ' + literal + ' ' + literal + ' ' + literal + ' ' + quoted})
+        EXPECT_EQ(fetch_of("* 1 FETCH (UID 3 BODYSTRUCTURE (" + structure + "))").structure,
+                  std::nullopt);
+    EXPECT_TRUE(fetch_of("* 1 FETCH (UID 3 BODYSTRUCTURE (" + literal + "))").structure);
+}
+
+TEST(ImapFetches, TellAnEmptyMessage)
+{
+    for (const char *nothing : {"\"\"", "{0}\r\n"}) {
+        const ImapFetch fetch = fetch_of(QByteArray("* 1 FETCH (UID 3 BODY[]<0> ") + nothing + ")");
+        ASSERT_EQ(fetch.sections.size(), 1U) << nothing;
+        EXPECT_EQ(fetch.sections[0], std::pair(QByteArray(), QByteArray()));
+    }
 }
 
 TEST(InternalDates, AreReadInTheirOneForm)

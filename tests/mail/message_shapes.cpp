@@ -156,11 +156,61 @@ QByteArrayList broken()
             text(lines(300, "of repeated fields the first counts")),
     };
 }
+
+QByteArray nested(int levels, QByteArray inner)
+{
+    for (int level = 0; level < levels; ++level)
+        inner = several("mixed", {inner});
+    return inner;
+}
+
+QByteArray enclosed(int levels, const QByteArray &inner)
+{
+    return part("Content-Type: message/rfc822", head("enclosed")).repeated(levels) + inner;
+}
+
+QByteArray statuses(int count)
+{
+    QByteArray text = part("Content-Type: multipart/report; report-type=delivery-status;\n"
+                           " boundary=many",
+                           "--many\n" + ::text("Nobody could be reached.") + '\n');
+    for (int number = 0; number < count; ++number)
+        text += "--many\n" + status("ann" + QByteArray::number(number) + "@example.net") + '\n';
+    return text + "--many--\n";
+}
+
+// What is in a message that is to stop its reader, or the reading of all others.
+QByteArrayList hostile()
+{
+    return {
+        head("many statuses") + statuses(990),
+        head("many statuses deep inside") + nested(45, statuses(940)),
+        head("nested 60 times") + nested(60, text("deep")) + lines(400, "behind"),
+        head("nested 100 times") + nested(100, text("deep")),
+        head("nested 110 times") + nested(110, text("deep")),
+        head("nested 300 times") + nested(300, text("deep")),
+        head("messages 98 deep") + enclosed(98, text("deep")),
+        head("messages 120 deep") + enclosed(120, text("deep")),
+        head("text beside messages 120 deep") +
+            several("mixed", {text("in front"), enclosed(120, text("deep"))}),
+        head("many parts") +
+            several("mixed", {text("first"), QByteArray("--x\n\nx\n").repeated(3)}) +
+            lines(400, "behind"),
+    };
+}
 } // namespace
 
 QByteArrayList message_shapes()
 {
-    return texts() + attachments() + reports() + broken();
+    return texts() + attachments() + reports() + broken() + hostile();
+}
+
+QByteArray message_of_long_structure()
+{
+    const QByteArray recipients = "To: " + QByteArray("a@b,").repeated(600'000) + "a@b\n";
+    return head("recipients enclosed") +
+           several("mixed", {text("in front"), part("Content-Type: message/rfc822",
+                                                    recipients + head("inside") + text("deep"))});
 }
 
 QByteArray letter(int number)
