@@ -29,6 +29,7 @@ QByteArray up_to(qint64 limit)
 
 const QByteArray whole_request = "BODY.PEEK[]" + up_to(whole_limit);
 const QByteArray beginning_request = "BODY.PEEK[]" + up_to(beginning_limit);
+const QByteArray long_beginning_request = "BODY.PEEK[]" + up_to(part_limit);
 const QByteArray outline_request =
     "BODYSTRUCTURE BODY.PEEK[HEADER.FIELDS (FROM SENDER SUBJECT DATE X-FAILED-RECIPIENTS "
     "CONTENT-TYPE CONTENT-TRANSFER-ENCODING CONTENT-DISPOSITION)]" +
@@ -79,6 +80,8 @@ QByteArrayList ImapItem::requests() const
         return requests_for(*outline_);
     case Want::Beginning:
         return {beginning_request};
+    case Want::LongBeginning:
+        return {long_beginning_request};
     case Want::Nothing:
         break;
     }
@@ -91,7 +94,7 @@ qint64 ImapItem::size_of_answer() const
         return entry_.size;
     if (want_ == Want::Outline)
         return usual_outline;
-    return want_ == Want::Parts ? size_of_parts(*outline_) : std::min(entry_.size, beginning_limit);
+    return want_ == Want::Parts ? size_of_parts(*outline_) : std::min(entry_.size, limit());
 }
 
 void ImapItem::begin_asking()
@@ -116,6 +119,7 @@ void ImapItem::take(ImapFetch fetch)
 
 void ImapItem::take_section(const QByteArray &section, QByteArray bytes)
 {
+    is_cut_ = bytes.size() >= limit();
     if (bytes.size() > limit())
         bytes = bytes.first(limit());
     has_answer_ = true;
@@ -144,6 +148,7 @@ qint64 ImapItem::limit() const
     case Want::Outline:
         return header_limit;
     case Want::Parts:
+    case Want::LongBeginning:
         return part_limit;
     case Want::Beginning:
     case Want::Nothing:
@@ -188,10 +193,12 @@ void ImapItem::settle_refusal(const QString &refusal)
 void ImapItem::settle_answer()
 {
     const Want wanted = std::exchange(want_, Want::Nothing);
-    if (wanted == Want::Whole && bytes_.size() >= whole_limit)
+    if (wanted == Want::Whole && is_cut_)
         want_beginning();
     else if (wanted == Want::Outline)
         settle_outline();
+    else if (wanted == Want::Beginning)
+        settle_beginning();
     else if (wanted == Want::Parts && !has_all_parts())
         want_beginning();
 }
@@ -200,7 +207,7 @@ void ImapItem::settle_answer()
 // otherwise each of hundreds of messages could make as many.
 void ImapItem::settle_outline()
 {
-    if (structure_ && has_header_ && bytes_.size() < header_limit)
+    if (structure_ && has_header_ && !is_cut_)
         outline_ = ImapOutline::read(*structure_, bytes_);
     structure_.reset();
     structure_held_ = 0;
@@ -211,6 +218,17 @@ void ImapItem::settle_outline()
     else if (!requests.isEmpty())
         want_ = Want::Parts;
     is_on_demand_ = is_on_demand_ || requests.size() > 1;
+}
+
+// Without the end of its header nobody knows whom a message is from.
+void ImapItem::settle_beginning()
+{
+    const bool has_whole_header = bytes_.contains("\n\r\n") || bytes_.contains("\n\n");
+    if (!is_cut_ || has_whole_header)
+        return;
+    want_beginning();
+    want_ = Want::LongBeginning;
+    is_on_demand_ = true;
 }
 
 void ImapItem::want_beginning()
@@ -229,13 +247,23 @@ bool ImapItem::has_all_parts() const
     });
 }
 
+qint64 ImapItem::left_out_of_parts() const
+{
+    qint64 bytes = 0;
+    for (const QByteArray &section : outline_->sections()) {
+        const qint64 size = contents_.value(section).size();
+        if (size >= part_limit)
+            bytes += std::max<qint64>(0, outline_->size_of(section) - size);
+    }
+    return bytes;
+}
+
 RawMessage ImapItem::take_message()
 {
     if (outline_)
         return {outline_->message(
                     [this](const QByteArray &section) { return contents_.value(section); }),
-                entry_.arrived, 0};
-    const bool is_cut = bytes_.size() >= beginning_limit;
+                entry_.arrived, left_out_of_parts()};
     const qint64 left_out = std::max<qint64>(1, entry_.size - bytes_.size());
-    return {std::move(bytes_), entry_.arrived, is_cut ? left_out : 0};
+    return {std::move(bytes_), entry_.arrived, is_cut_ ? left_out : 0};
 }

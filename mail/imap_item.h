@@ -53,7 +53,7 @@ public:
     RawMessage take_message();
 
 private:
-    enum class Want { Whole, Outline, Parts, Beginning, Nothing };
+    enum class Want { Whole, Outline, Parts, Beginning, LongBeginning, Nothing };
 
     bool is_asked_for(const QByteArray &section) const;
     qint64 limit() const;
@@ -61,8 +61,10 @@ private:
     void settle_refusal(const QString &refusal);
     void settle_answer();
     void settle_outline();
+    void settle_beginning();
     void want_beginning();
     bool has_all_parts() const;
+    qint64 left_out_of_parts() const;
 
     ImapEntry entry_;
     Want want_ = Want::Nothing;
@@ -77,5 +79,6 @@ private:
     std::optional<ImapOutline> outline_;
     QHash<QByteArray, QByteArray> contents_; // by section
     qint64 contents_held_ = 0;
-    QString refusal_; // of this message alone
+    bool is_cut_ = false; // there is more than what was asked for
+    QString refusal_;     // of this message alone
 };

@@ -79,6 +79,9 @@ std::optional<ImapOutline> ImapOutline::read(const ImapValue &structure, const Q
     auto root = outline.read_part(structure, is_multipart ? QByteArray() : QByteArray("1"));
     if (!root)
         return std::nullopt;
+    // What the server takes for a header without end may be the text.
+    if (root->kind == Kind::Leaf && root->size == 0)
+        return std::nullopt;
     outline.root_ = std::move(*root);
     outline.header_ = fields_alone(header);
     // So that no content can hold it: nobody knows it before.

@@ -32,6 +32,7 @@ struct Script
     int count = 3;
     qint64 size = 50'000;
     std::function<QByteArray(int uid)> structure;
+    QByteArray text; // of a part; empty for one that tells its number
     std::function<QByteArray(int uid, const QByteArray &request)> refusal = [](int, QByteArray) {
         return QByteArray();
     };
@@ -64,6 +65,7 @@ QByteArray data_of(const Script &script, int uid, const QByteArray &request)
         data += " BODY[" + section + "] " +
                 literal(section.isEmpty()           ? whole
                         : section.endsWith(".MIME") ? "Content-Type: text/plain\r\n\r\n"
+                        : !script.text.isEmpty()    ? script.text
                                                     : "text of " + section + "\r\n");
     }
     return data;
@@ -166,6 +168,19 @@ void expect_no_more_than(qint64 mebibytes, qint64 before)
 #else
     EXPECT_GT(mebibytes, 0);
 #endif
+}
+
+TEST_F(HostileStructure, OfALongTextTellsWhatIsLeftOut)
+{
+    Script script;
+    script.count = 1;
+    script.size = 40'001'000;
+    script.structure = always(leaf("\"text\" \"plain\"", 40'000'000));
+    script.text = QByteArray("fourteen chars\r\n").repeated(32 * 65'536);
+    const QStringList found = texts(script);
+    EXPECT_TRUE(asked_for("BODY.PEEK[1]<0.33554432>"));
+    EXPECT_TRUE(found.value(0).contains(" characters and 6,445,568 bytes of this message are not"))
+        << found.value(0).right(200).toStdString();
 }
 
 TEST_F(HostileStructure, OfLongTextsIsNotHeapedUp)

@@ -88,6 +88,8 @@ TEST(Outlines, AreNotMadeOfNonsense)
 {
     for (const char *text : {"NIL", "()", "\"text\"", "(() \"mixed\")", "((NIL) \"mixed\" NIL)"})
         EXPECT_FALSE(ImapOutline::read(structure_of(text), {})) << text;
+    // The server found nothing but a header.
+    EXPECT_FALSE(ImapOutline::read(structure_of(leaf("\"text\" \"plain\"", 0)), {}));
     // The server found no part in it.
     EXPECT_FALSE(
         ImapOutline::read(structure_of(multipart(leaf("\"text\" \"plain\"", 0), "mixed")), {}));
