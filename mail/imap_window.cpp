@@ -163,7 +163,10 @@ void ImapWindow::take(ImapFetch fetch)
 // Messages can be made so that a few of each hundred take it all, and so can answers.
 void ImapWindow::keep_within_bounds(ImapItem &item, std::size_t index)
 {
-    if (held_ <= most_held || index == read_)
+    const Batch &front = batches_.front();
+    const bool is_at_work = read_ >= front.first && read_ < front.end();
+    const qint64 of_read = is_at_work ? front.items[read_ - front.first].held() : 0;
+    if (held_ - of_read <= most_held || index == read_)
         return;
     held_ -= item.held();
     item = ImapItem(entries_[index]);
