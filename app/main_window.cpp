@@ -107,7 +107,7 @@ void MainWindow::wire_tabs()
     tabs.properties.wire(handlers_, log_writer_, purge_cycles_, replay_);
     tabs.schedule.wire(handlers_, {services_.clock, services_.prompts,
                                    [this](SkippedSteps &skipped) { run_unattended(skipped); },
-                                   [this] { return services_.mail.is_busy(); },
+                                   [this] { return is_in_a_command(); },
                                    [this](const QString &state) { progress_.show_schedule(state); },
                                    [this](const QString &note) { progress_.note(note); }});
     tabs.about.wire(handlers_, try_out_);
@@ -150,6 +150,14 @@ RetrievalDesk MainWindow::retrieval_desk(MailStore &store)
 ScheduleTab &MainWindow::schedule()
 {
     return strip_.tabs().schedule;
+}
+
+// A run must not come into the middle of a command that gives the event loop a turn. One that waits
+// for a person's answer may wait for a night.
+bool MainWindow::is_in_a_command() const
+{
+    return services_.mail.is_busy() ||
+           (handlers_.is_nested() && QApplication::activeModalWidget() == nullptr);
 }
 
 // Nobody is there to read a report: what ends the run is told with what it passed over.
@@ -211,6 +219,8 @@ void MainWindow::repaint_grids()
 {
     work_table_rows_.paint_now(controls_.MSFlexGrid1);
     master_rows_.paint_now(controls_.MSFlexGrid5);
+    if (!manipulator_.isNull())
+        manipulator_->paint_grid();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

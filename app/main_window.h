@@ -76,6 +76,7 @@ private:
     void wire_tabs();
     void wire_hidden_controls();
     void wire_menus();
+    bool is_in_a_command() const;
     void run_unattended(SkippedSteps &skipped);
     RetrievalDesk retrieval_desk(MailStore &store);
     ScheduleTab &schedule();

@@ -50,7 +50,8 @@ class Measurement:
 
     def _take_turn(self, contest, contestant, turn: int):
         result = self.results[contest.name, contestant.name]
-        if result.trouble or turn >= (self._slow_runs if contestant.slow else self._runs):
+        runs = min(contestant.most_runs, self._slow_runs if contestant.slow else self._runs)
+        if result.trouble or turn >= runs:
             return
         say(f"{contest.title}: {contestant.name}, run {turn + 1}")
         try:
@@ -62,6 +63,7 @@ class Measurement:
 
     def _quiet_run(self, contestant, result: Result):
         tries = 1 if not self._repeat else SLOW_TRIES if contestant.slow else TRIES
+        tries = min(tries, contestant.most_runs)
         for left in reversed(range(tries)):
             cost, outcome = self._run_once(contestant)
             if result.outcome is not None and outcome != result.outcome:
@@ -80,13 +82,14 @@ class Measurement:
         return cost, contestant.outcome(self._scratch)
 
     def _compare_outcomes(self, contest):
-        """Who left something else behind than the contestant to go by has not done the work."""
-        right = self.results[contest.name, contest.truth].outcome
+        """Who left something else behind than is right, or than the contestant to go by, has not
+        done the work."""
+        right = contest.right or self.results[contest.name, contest.truth].outcome
         for contestant in contest.contestants:
             result = self.results[contest.name, contestant.name]
             if result.costs and result.outcome != right:
                 result.costs.clear()
-                result.trouble = f"wrong result: {result.outcome}, {contest.truth} has {right}"
+                result.trouble = f"wrong result: {result.outcome}, right is {right}"
                 say(f"{contest.title}: {contestant.name}: {result.trouble}")
 
 

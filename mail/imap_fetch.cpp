@@ -62,8 +62,7 @@ public:
 
     std::optional<ImapValue> value(int level = 0)
     {
-        if (++values_ > most_values)
-            return std::nullopt;
+        ++values_;
         skip_blanks();
         if (is_at_literal())
             return text(literal());
@@ -90,18 +89,37 @@ private:
 
     std::optional<ImapValue> list(int level)
     {
-        if (level == most_levels)
-            return std::nullopt;
         take('(');
         ImapValue result;
         result.kind = ImapValue::Kind::List;
         for (skip_blanks(); !take(')'); skip_blanks()) {
+            if (level == most_levels || values_ > most_values)
+                return skip_rest_of_list() ? std::optional(ImapValue()) : std::nullopt;
             auto item = is_at_end() ? std::nullopt : value(level + 1);
             if (!item)
                 return std::nullopt;
             result.items.push_back(std::move(*item));
         }
         return result;
+    }
+
+    // @return whether it ends.
+    bool skip_rest_of_list()
+    {
+        for (int open = 1; open > 0;) {
+            if (is_at_literal()) {
+                literal();
+            } else if (is_at_end()) {
+                return false;
+            } else if (take('"')) {
+                if (!quoted())
+                    return false;
+            } else {
+                open += next() == '(' ? 1 : next() == ')' ? -1 : 0;
+                ++at_;
+            }
+        }
+        return true;
     }
 
     std::optional<ImapValue> quoted()
@@ -132,8 +150,19 @@ private:
     ImapResponse &response_;
     qsizetype piece_ = 0;
     qsizetype at_ = 0;
-    int values_ = 0;
+    int values_ = 0; // begun so far
 };
+
+// What it takes in memory.
+qint64 size_of(const ImapValue &value)
+{
+    constexpr qint64 usual_block = 40; // of a text's header and what rounding up adds
+    qint64 size = static_cast<qint64>(value.items.capacity() * sizeof(ImapValue));
+    size += value.text.isEmpty() ? 0 : value.text.capacity() + usual_block;
+    for (const ImapValue &item : value.items)
+        size += size_of(item);
+    return size;
+}
 
 bool has_deleted_flag(const ImapValue &flags)
 {
@@ -149,10 +178,13 @@ void take_section(const QByteArray &name, ImapValue &value, ImapFetch &fetch)
         fetch.sections.emplace_back(name.sliced(5, end - 5), std::move(value.text));
 }
 
+// One that is too large counts as nothing.
 void take_structure(ImapValue value, ImapFetch &fetch)
 {
-    if (value.held() <= largest_structure)
-        fetch.structure = std::move(value);
+    const qint64 size = size_of(value);
+    const bool is_kept = size <= largest_structure;
+    fetch.structure_size = is_kept ? size : 0;
+    fetch.structure = is_kept ? std::move(value) : ImapValue();
 }
 
 void take_item(const QByteArray &name, ImapValue value, ImapFetch &fetch)
@@ -177,19 +209,10 @@ QByteArray ImapValue::text_at(std::size_t index) const
     return index < items.size() ? items[index].text : QByteArray();
 }
 
-qint64 ImapValue::held() const
-{
-    constexpr qint64 usual_block = 40; // of a text's header and what rounding up adds
-    qint64 bytes = static_cast<qint64>(items.capacity() * sizeof(ImapValue)) + text.capacity();
-    bytes += text.isEmpty() ? 0 : usual_block;
-    for (const ImapValue &item : items)
-        bytes += item.held();
-    return bytes;
-}
-
 ImapFetch read_fetch(ImapResponse response)
 {
     ImapFetch fetch;
+    fetch.is_cut = response.is_cut;
     const qsizetype skipped = response.pieces.first().size() - response.rest().size();
     Cursor cursor(response);
     cursor.skip(response.pieces.first().first(skipped));
@@ -199,8 +222,10 @@ ImapFetch read_fetch(ImapResponse response)
         cursor.skip_blanks();
         const QByteArray name = cursor.item_name();
         auto value = cursor.value();
-        if (name.isEmpty() || !value)
+        if (name.isEmpty() || !value) {
+            fetch.is_cut = true;
             break;
+        }
         take_item(name, std::move(*value), fetch);
         cursor.skip_blanks();
     }
@@ -214,7 +239,7 @@ QDateTime read_internal_date(const QByteArray &text)
     const QList<QByteArray> day = words.first().split('-');
     if (words.size() != 3 || day.size() != 3 || day[1].size() != 3 || words[2].size() != 5)
         return {};
-    const qsizetype month = months.indexOf(day[1]);
+    const qsizetype month = months.indexOf(day[1].left(1).toUpper() + day[1].mid(1).toLower());
     const QDate date(day[2].toInt(), static_cast<int>(month / 3 + 1), day[0].toInt());
     const QTime time = QTime::fromString(QString::fromLatin1(words[1]), Qt::ISODate);
     const int zone = words[2].toInt(); // ±hhmm

@@ -41,11 +41,16 @@ void ImapInbox::list()
     if (opened_.exists > 0)
         session_->run("UID FETCH 1:* (UID FLAGS RFC822.SIZE INTERNALDATE)", note);
     std::ranges::sort(entries, {}, &ImapEntry::uid);
-    const auto same = std::ranges::unique(entries, {}, &ImapEntry::uid);
-    entries.erase(same.begin(), same.end());
+    const auto is_same = [](const ImapEntry &a, const ImapEntry &b) { return a.uid == b.uid; };
+    entries.erase(std::unique(entries.begin(), entries.end(), is_same), entries.end());
     entries_ = std::move(entries);
     validity_ = opened_.uid_validity;
-    window_ = std::make_unique<ImapWindow>(*session_, entries_);
+    open_window();
+}
+
+void ImapInbox::open_window()
+{
+    window_ = std::make_unique<ImapWindow>(*session_, entries_, conditions().bounds.most_held);
 }
 
 RawMessage ImapInbox::read_raw(std::size_t index)
@@ -65,7 +70,7 @@ void ImapInbox::take_up()
         session_->connection().fail(
             QStringLiteral("going on with the messages"),
             QStringLiteral("the server has numbered the messages of '%1' anew").arg(mailbox_));
-    window_ = std::make_unique<ImapWindow>(*session_, entries_);
+    open_window();
 }
 
 qint64 ImapInbox::close_session(bool waits)

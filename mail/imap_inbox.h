@@ -33,6 +33,8 @@ private:
     qint64 close_session(bool waits) override;
     const ServerConnection *line() const override;
 
+    void open_window();
+
     QString mailbox_;
     std::unique_ptr<ImapSession> session_;
     std::unique_ptr<ImapWindow> window_;

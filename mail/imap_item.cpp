@@ -104,17 +104,30 @@ void ImapItem::begin_asking()
 }
 
 // Another program's change of a flag comes as a FETCH too: it has nothing of what was asked for.
-void ImapItem::take(ImapFetch fetch)
+qint64 ImapItem::take(ImapFetch fetch)
 {
     if (fetch.structure && want_ == Want::Outline) {
         structure_ = std::move(fetch.structure);
-        structure_held_ = structure_->held();
+        structure_held_ = fetch.structure_size;
         has_answer_ = true;
     }
+    qint64 left = 0;
     for (auto &[section, bytes] : fetch.sections) {
-        if (is_asked_for(section))
+        if (needs(section))
             take_section(section, std::move(bytes));
+        else
+            left += bytes.size();
     }
+    return left;
+}
+
+bool ImapItem::needs(const QByteArray &section) const
+{
+    if (!is_asked_for(section))
+        return false;
+    if (want_ == Want::Parts)
+        return !contents_.contains(section);
+    return want_ == Want::Outline ? !has_header_ : !has_answer_;
 }
 
 void ImapItem::take_section(const QByteArray &section, QByteArray bytes)
@@ -126,7 +139,7 @@ void ImapItem::take_section(const QByteArray &section, QByteArray bytes)
     if (want_ != Want::Parts) {
         has_header_ = want_ == Want::Outline;
         bytes_ = std::move(bytes);
-    } else if (contents_held_ + bytes.size() <= parts_limit && !contents_.contains(section)) {
+    } else if (contents_held_ + bytes.size() <= parts_limit) {
         contents_held_ += bytes.size();
         contents_.insert(section, std::move(bytes));
     }

@@ -39,8 +39,8 @@ public:
     /// Its requests go out.
     void begin_asking();
     bool is_asked() const { return is_asked_; }
-    /// Takes an answer; what was not asked for is left.
-    void take(ImapFetch fetch);
+    /// Takes an answer. @return how many bytes of it were not asked for, or had come before.
+    qint64 take(ImapFetch fetch);
     /// All answers have come. @param refusal  the server's words when it refused some request.
     void settle(const QString &refusal);
     /// How many bytes it takes in memory.
@@ -57,6 +57,7 @@ private:
 
     bool is_asked_for(const QByteArray &section) const;
     qint64 limit() const;
+    bool needs(const QByteArray &section) const;
     void take_section(const QByteArray &section, QByteArray bytes);
     void settle_refusal(const QString &refusal);
     void settle_answer();

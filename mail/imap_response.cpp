@@ -72,9 +72,9 @@ ImapResponse begun_by(const QByteArray &line)
     return response;
 }
 
-// Reads a response to its end and keeps nothing of it. `line` is what has been read of its last
+// Reads a response to its end and keeps nothing of that. `line` is what has been read of its last
 // line.
-ImapResponse pass_over(ServerConnection &connection, QByteArray line)
+void pass_over(ServerConnection &connection, QByteArray line)
 {
     qint64 passed = 0;
     const auto count = [&](qint64 size) {
@@ -91,7 +91,7 @@ ImapResponse pass_over(ServerConnection &connection, QByteArray line)
         line = without_line_end(std::move(line));
         const auto announced = cut_announcement(line);
         if (!announced)
-            return {"*", {QByteArray()}, {}};
+            return;
         count(*announced);
         for (qsizetype left = *announced; left > 0;)
             left -= connection.read_bytes(std::min(left, piece_passed_over)).size();
@@ -135,10 +135,7 @@ ImapResponse read_imap_response(ServerConnection &connection)
                 QStringLiteral("the server sent a line of more than %1 bytes").arg(longest_line));
         return response;
     }
-    for (qsizetype size = 0;;) {
-        size += line.size();
-        if (!line.endsWith('\n'))
-            return pass_over(connection, std::move(line));
+    for (qsizetype size = line.size(); line.endsWith('\n'); size += line.size()) {
         const auto announced = cut_announcement(response.pieces.last());
         if (!announced)
             return response;
@@ -147,11 +144,15 @@ ImapResponse read_imap_response(ServerConnection &connection)
                             QStringLiteral("the server announced %1 bytes").arg(*announced));
         size += *announced;
         if (size > longest_response || response.literals.size() == most_literals)
-            return pass_over(connection, std::move(line));
+            break;
         response.literals += connection.read_bytes(*announced);
         line = connection.read_piece_of_line(longest_line + line_end);
         response.pieces += without_line_end(line);
     }
+    response.is_cut = true;
+    response.pieces.last().clear();
+    pass_over(connection, std::move(line));
+    return response;
 }
 
 QByteArray imap_mailbox_name(const QString &name)

@@ -18,6 +18,8 @@ struct ImapResponse
     /// cut.
     QList<QByteArray> pieces;
     QList<QByteArray> literals;
+    /// Whether there was more of it than is kept: it ends where that begins.
+    bool is_cut = false;
 
     bool is_untagged() const { return tag == "*"; }
     bool is_continuation() const { return tag == "+"; }
@@ -31,7 +33,7 @@ struct ImapResponse
 
 /// Reads the next response. Literals may stand anywhere but in status responses, whose text may
 /// look like one. An untagged one of more than 8 MiB in a line, 96 MiB in all or 10,000 literals is
-/// passed over: a message's structure may be of any length. It comes as one that says nothing.
+/// cut there: whoever writes a message can make its structure of any length.
 /// @throws RuntimeError 32000 through the connection when it is beyond all measure: a literal of 96
 /// MiB, another line of 8 MiB, 1 GiB that is passed over.
 ImapResponse read_imap_response(ServerConnection &connection);

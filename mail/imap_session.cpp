@@ -7,7 +7,6 @@
 
 namespace
 {
-constexpr int most_untagged = 10'000'000; // between two commands' ends
 constexpr std::chrono::seconds patience_at_the_end{3};
 constexpr quint16 tls_port = 993;
 constexpr quint16 plain_port = 143;
@@ -46,7 +45,8 @@ bool needs_literal(const QByteArray &text)
 
 ImapSession::ImapSession(const MailServer &server, const NetworkConditions &conditions)
     : server_(with_port(server)),
-      connection_(server_, conditions)
+      connection_(server_, conditions),
+      most_untagged_(conditions.bounds.most_lines)
 {
 }
 
@@ -65,7 +65,7 @@ void ImapSession::sign_on(const Credentials &credentials)
 // A server that takes the line for signed on before it is encrypted would keep it from being so.
 void ImapSession::read_greeting()
 {
-    connection_.begin(QStringLiteral("connecting"));
+    connection_.begin(QStringLiteral("connecting"), ServerConnection::StepLength::Short);
     const ImapResponse greeting = read_imap_response(connection_);
     const QByteArray keyword = greeting.keyword();
     if (!greeting.is_untagged() || (keyword != "OK" && keyword != "PREAUTH" && keyword != "BYE"))
@@ -94,7 +94,7 @@ bool ImapSession::can(const QByteArray &capability) const
 
 void ImapSession::start_tls()
 {
-    connection_.begin(QStringLiteral("encrypting the line"));
+    connection_.begin(QStringLiteral("encrypting the line"), ServerConnection::StepLength::Short);
     read_capabilities();
     if (!can("STARTTLS"))
         connection_.fail(connection_.step(),
@@ -105,48 +105,33 @@ void ImapSession::start_tls()
 
 void ImapSession::authenticate(const Credentials &credentials)
 {
-    connection_.begin(QStringLiteral("logging in"));
-    if (credentials.kind == SignInKind::None)
-        connection_.fail(connection_.step(), QStringLiteral("the server asks for a password"));
-    if (!connection_.may_carry_secrets())
-        connection_.fail(connection_.step(),
-                         QStringLiteral("the line is not encrypted, so no password is sent"));
+    connection_.begin(QStringLiteral("logging in"), ServerConnection::StepLength::Short);
+    require_safe_secret(connection_, credentials);
     read_capabilities();
     QList<QByteArray> offered;
     for (const QByteArray &capability : std::as_const(capabilities_)) {
         if (capability.startsWith("AUTH="))
             offered += capability.sliced(5);
     }
-    auto exchange = connection_.telling_failure([&] { return choose_sasl(offered, credentials); });
-    if (exchange) {
-        authenticate_with(SaslTalk(std::move(exchange)));
-    } else if (credentials.kind == SignInKind::Password && !can("LOGINDISABLED")) {
+    SignOnTalk talk(connection_, offered, credentials);
+    if (talk.is_possible())
+        authenticate_with(talk);
+    else if (credentials.kind == SignInKind::Password && !can("LOGINDISABLED"))
         log_in(credentials);
-    } else {
-        connection_.fail(
-            connection_.step(),
-            QStringLiteral("the server offers no way to sign on with this; it offers: ") +
-                QString::fromUtf8(offered.join(", ")));
-    }
+    else
+        fail_without_way(connection_, offered);
     is_signed_on_ = true;
 }
 
-void ImapSession::authenticate_with(SaslTalk talk)
+void ImapSession::authenticate_with(SignOnTalk &talk)
 {
-    const QByteArray opening = talk.opening(can("SASL-IR"));
-    if (const qsizetype blank = opening.indexOf(' '); blank > 0)
-        connection_.hide(opening.sliced(blank + 1));
     const auto answer = [&](const ImapResponse &challenge) {
-        const QByteArray text =
-            connection_.telling_failure([&] { return talk.answer(challenge.pieces.first()); });
-        connection_.hide(text);
-        connection_.write(text + "\r\n");
+        connection_.write(talk.answer(challenge.pieces.first()) + "\r\n");
     };
-    if (const auto refusal = finish(send("AUTHENTICATE " + opening), ignore, answer))
+    const QByteArray tag = send("AUTHENTICATE " + talk.opening(can("SASL-IR")));
+    if (const auto refusal = finish(tag, ignore, answer))
         fail_sign_on(connection_, *refusal);
-    if (!talk.is_complete())
-        connection_.fail(connection_.step(),
-                         QStringLiteral("the server has not proved that it knows the password"));
+    talk.require_proof();
 }
 
 // For servers without a mechanism: what a quoted string cannot hold goes as a literal, each at the
@@ -174,7 +159,8 @@ void ImapSession::log_in(const Credentials &credentials)
 
 ImapMailbox ImapSession::examine(const QString &mailbox)
 {
-    connection_.begin(QStringLiteral("opening the mailbox '%1'").arg(mailbox));
+    connection_.begin(QStringLiteral("opening the mailbox '%1'").arg(mailbox),
+                      ServerConnection::StepLength::Short);
     ImapMailbox opened;
     auto refusal = try_examine(mailbox, opened);
     if (refusal && mailbox.contains(u'/')) {
@@ -235,7 +221,7 @@ ImapResponse ImapSession::next()
 ImapSession::End ImapSession::read_to_an_end(const Handler &on_untagged,
                                              const Handler &on_continuation)
 {
-    for (int untagged = 0; untagged < most_untagged; ++untagged) {
+    for (int untagged = 0; untagged < most_untagged_; ++untagged) {
         ImapResponse response = next();
         if (response.is_untagged()) {
             on_untagged(std::move(response));
@@ -246,10 +232,11 @@ ImapSession::End ImapSession::read_to_an_end(const Handler &on_untagged,
             continue;
         }
         const QByteArray keyword = response.keyword();
-        if (keyword != "OK" && keyword != "NO" && keyword != "BAD")
+        if (keyword == "OK")
+            return {response.tag, std::nullopt};
+        if (keyword != "NO" && keyword != "BAD")
             connection_.fail(connection_.step(), words_of(response));
-        return {response.tag, keyword == "OK" ? std::nullopt : std::optional(words_of(response)),
-                keyword == "BAD"};
+        return {response.tag, words_of(response), keyword == "BAD"};
     }
     connection_.fail(connection_.step(), QStringLiteral("the server never comes to an end"));
 }
@@ -258,11 +245,11 @@ std::optional<QString> ImapSession::finish(const QByteArray &tag, const Handler 
                                            const Handler &on_continuation)
 {
     const End end = read_to_an_end(on_untagged, on_continuation);
+    if (end.is_bad)
+        connection_.fail(connection_.step(), *end.refusal);
     if (end.tag != tag)
         connection_.fail(connection_.step(),
                          QStringLiteral("the server answers what it was not asked"));
-    if (end.is_bad)
-        connection_.fail(connection_.step(), *end.refusal);
     return end.refusal;
 }
 

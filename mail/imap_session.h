@@ -1,8 +1,8 @@
 #pragma once
 
 #include "mail/imap_response.h"
-#include "mail/sasl.h"
 #include "mail/server_connection.h"
+#include "mail/sign_on_talk.h"
 
 #include <QList>
 
@@ -37,7 +37,7 @@ public:
     {
         QByteArray tag;
         std::optional<QString> refusal; // the server's words when it said NO, or BAD
-        bool is_bad = false;            // it does not take such a command
+        bool is_bad = false;            // it could not even make sense of the command
     };
 
     /// Reads up to the next end of a command; servers work on several at a time.
@@ -45,8 +45,7 @@ public:
     /// @param on_continuation  is handed the server's requests to go on.
     End read_to_an_end(
         const Handler &on_untagged, const Handler &on_continuation = [](const ImapResponse &) {});
-    /// The same for the only command that is on its way. @return its refusal by NO. @throws when
-    /// the server says BAD.
+    /// The same for the only command that is on its way. @return its refusal (NO); BAD fails.
     std::optional<QString> finish(
         const QByteArray &tag, const Handler &on_untagged,
         const Handler &on_continuation = [](const ImapResponse &) {});
@@ -65,7 +64,7 @@ private:
     void read_capabilities();
     void start_tls();
     void authenticate(const Credentials &credentials);
-    void authenticate_with(SaslTalk talk);
+    void authenticate_with(SignOnTalk &talk);
     void log_in(const Credentials &credentials);
     bool can(const QByteArray &capability) const;
     std::optional<QString> try_examine(const QString &name, ImapMailbox &mailbox);
@@ -73,6 +72,7 @@ private:
 
     MailServer server_;
     ServerConnection connection_;
+    int most_untagged_;              // between two commands' ends
     QList<QByteArray> capabilities_; // in capital letters
     bool is_signed_on_ = false;
     int last_tag_ = 0;

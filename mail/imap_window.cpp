@@ -11,13 +11,13 @@ constexpr qint64 most_bytes = qint64(4) * 1024 * 1024;
 // Of commands. They are written before the answers to others are read: what does not find room on
 // the line would wait for a server that waits for its own answers to be read.
 constexpr qsizetype most_bytes_said = qsizetype(16) * 1024;
-// In all that has come and was not read yet. Ordinary messages stay far below.
-constexpr qint64 most_held = qint64(64) * 1024 * 1024;
 } // namespace
 
-ImapWindow::ImapWindow(ImapSession &session, const std::vector<ImapEntry> &entries)
+ImapWindow::ImapWindow(ImapSession &session, const std::vector<ImapEntry> &entries,
+                       qint64 most_held)
     : session_(session),
-      entries_(entries)
+      entries_(entries),
+      most_held_(most_held)
 {
 }
 
@@ -153,9 +153,13 @@ void ImapWindow::take(ImapFetch fetch)
         if (found->uid != fetch.uid || !item.is_asked())
             return;
         held_ -= item.held();
-        item.take(std::move(fetch));
+        unasked_ += item.take(std::move(fetch));
         held_ += item.held();
         keep_within_bounds(item, static_cast<std::size_t>(found - entries_.begin()));
+        if (unasked_ > most_held_)
+            session_.connection().fail(
+                session_.connection().step(),
+                QStringLiteral("the server sends more than it was asked for"));
         return;
     }
 }
@@ -166,7 +170,7 @@ void ImapWindow::keep_within_bounds(ImapItem &item, std::size_t index)
     const Batch &front = batches_.front();
     const bool is_at_work = read_ >= front.first && read_ < front.end();
     const qint64 of_read = is_at_work ? front.items[read_ - front.first].held() : 0;
-    if (held_ - of_read <= most_held || index == read_)
+    if (held_ - of_read <= most_held_ || index == read_)
         return;
     held_ -= item.held();
     item = ImapItem(entries_[index]);

@@ -12,13 +12,14 @@
 
 /// Reads messages ahead of who reads them, a batch at a time, so that the line is never idle. Asks
 /// for at most eight batches of 250 messages and 4 MiB, a single larger text stands alone, and
-/// holds at most 64 MiB beside the message that is read: what is beyond that is fetched again when
-/// somebody reads it.
+/// what has come is held up to a bound, beside the message that is read: what is beyond it is
+/// fetched again when somebody reads it.
 class ImapWindow
 {
 public:
     /// @param session, entries  outlive the window
-    ImapWindow(ImapSession &session, const std::vector<ImapEntry> &entries);
+    /// @param most_held  bytes; a server that sends as many that nobody asked for fails.
+    ImapWindow(ImapSession &session, const std::vector<ImapEntry> &entries, qint64 most_held);
 
     /// The message at `index`; nothing when it has gone.
     /// @throws MessageRefused, and RuntimeError when the server cannot be understood.
@@ -53,7 +54,9 @@ private:
     const std::vector<ImapEntry> &entries_;
     std::list<Batch> batches_;           // in the order of their messages
     QHash<QByteArray, Batch *> pending_; // the commands on their way, by tag
-    qint64 held_ = 0;                    // by all items
-    std::size_t next_ = 0;               // the first message that is in no batch yet
-    std::size_t read_ = 0;               // the message that is read
+    qint64 most_held_;
+    qint64 held_ = 0;      // by all items
+    qint64 unasked_ = 0;   // bytes that nobody asked for
+    std::size_t next_ = 0; // the first message that is in no batch yet
+    std::size_t read_ = 0; // the message that is read
 };

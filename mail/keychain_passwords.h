@@ -4,21 +4,26 @@
 
 #include <chrono>
 
+/// How long a keychain is waited for.
+struct KeychainPatience
+{
+    /// For one that says nothing at all.
+    std::chrono::milliseconds silence = std::chrono::seconds(4);
+    /// For the person whom it asks for its own password.
+    std::chrono::milliseconds person = std::chrono::minutes(2);
+};
+
 /// The desktop's keychain (Secret Service or KWallet, through QtKeychain). Blocks its caller while
-/// the windows paint; a service that stays silent is given up after `patience`. Nothing is ever
-/// written elsewhere, least of all in the clear.
+/// the windows paint. Nothing is ever written elsewhere, least of all in the clear.
 class KeychainPasswords : public PasswordStore
 {
 public:
-    explicit KeychainPasswords(std::chrono::milliseconds patience = std::chrono::seconds(4))
-        : patience_(patience)
-    {
-    }
+    explicit KeychainPasswords(KeychainPatience patience = {}) : patience_(patience) {}
 
     StoredPassword read(const PasswordKey &key) override;
     StoreAnswer write(const PasswordKey &key, const QString &password) override;
     StoreAnswer remove(const PasswordKey &key) override;
 
 private:
-    std::chrono::milliseconds patience_;
+    KeychainPatience patience_;
 };

@@ -16,7 +16,7 @@ QString user_name()
 {
     passwd entry{};
     passwd *found = nullptr;
-    std::array<char, 16 * 1024> room{};
+    std::array<char, 16'384> room{};
     if (getpwuid_r(geteuid(), &entry, room.data(), room.size(), &found) == 0 && found != nullptr)
         return QString::fromLocal8Bit(found->pw_name);
     return qEnvironmentVariable("USER", QStringLiteral("nobody"));

@@ -58,16 +58,6 @@ MailProfile inbox_profile(const QString &name, const QString &path)
     return profile;
 }
 
-PasswordKey key_for(const MailProfile &profile, MailUse use)
-{
-    return {profile.name, use};
-}
-
-std::pair<QString, MailUse> remembered_key(const MailProfile &profile, MailUse use)
-{
-    return {profile.name.toCaseFolded(), use};
-}
-
 QString no_password(const MailProfile &profile, MailUse use, StoreAnswer answer)
 {
     const QString why = answer == StoreAnswer::NoStore
@@ -137,7 +127,7 @@ Credentials MailAccounts::credentials(const MailProfile &profile, MailUse use)
 
 QString MailAccounts::password(const MailProfile &profile, MailUse use)
 {
-    const PasswordKey key = key_for(profile, use);
+    const PasswordKey key = password_key(profile, use);
     const StoredPassword found = passwords_.find(key);
     if (found.answer == StoreAnswer::Done)
         return found.password;
@@ -155,21 +145,21 @@ bool MailAccounts::ask_for_password(const MailProfile &profile, MailUse use,
     const auto answer = dialog_ == nullptr ? std::nullopt : dialog_->ask_password(question);
     if (!answer)
         return false;
-    passwords_.hold(key_for(profile, use), answer->password);
+    passwords_.hold(password_key(profile, use), answer->password);
     if (answer->remember)
-        to_remember_.insert(remembered_key(profile, use));
+        to_remember_.insert(password_key(profile, use));
     else
-        to_remember_.erase(remembered_key(profile, use));
+        to_remember_.erase(password_key(profile, use));
     return true;
 }
 
 void MailAccounts::accepted(const MailProfile &profile, MailUse use)
 {
-    if (to_remember_.erase(remembered_key(profile, use)) == 0)
+    if (to_remember_.erase(password_key(profile, use)) == 0)
         return;
     // A keychain that has gone meanwhile leaves the password to this session: it is asked for again
     // in the next one.
-    const PasswordKey key = key_for(profile, use);
+    const PasswordKey key = password_key(profile, use);
     passwords_.keep(key, passwords_.find(key).password);
 }
 
@@ -184,5 +174,5 @@ bool MailAccounts::ask_again(const MailProfile &profile, MailUse use, const QStr
     return ask_for_password(
         profile, use,
         {QStringLiteral("The server refused the password. It said: %1").arg(words),
-         sign_on_name(*server), passwords_.has_store(key_for(profile, use))});
+         sign_on_name(*server), passwords_.has_store(password_key(profile, use))});
 }

@@ -5,7 +5,6 @@
 #include "mail/token_command.h"
 
 #include <set>
-#include <utility>
 
 class LogOnDialog;
 struct PasswordQuestion;
@@ -52,5 +51,5 @@ private:
     SessionPasswords passwords_;
     LogOnDialog *dialog_;
     TokenPatience patience_;
-    std::set<std::pair<QString, MailUse>> to_remember_; // once a server has taken them
+    std::set<PasswordKey> to_remember_; // once a server has taken them
 };

@@ -207,7 +207,7 @@ void MailProfilesDialog::delete_profile_Click()
     bool all_gone = false;
     try {
         desk_.accounts.profiles().remove(*chosen_);
-        all_gone = desk_.accounts.passwords().remove_all(chosen_->name);
+        all_gone = desk_.accounts.passwords().remove_all(*chosen_);
         load();
     } catch (const RuntimeError &error) {
         say(error.description());
@@ -232,7 +232,8 @@ void MailProfilesDialog::test_profile_Click()
     say(report.text);
 }
 
-// What is typed counts; else what is known under the name that the profile has had so far.
+// What is typed counts; else what is known for this server under the name that the profile has had
+// so far.
 Credentials MailProfilesDialog::credentials(MailUse use)
 {
     MailProfile profile = ui_->form->profile();
@@ -253,11 +254,10 @@ void MailProfilesDialog::save_profile_Click()
 bool MailProfilesDialog::save()
 {
     const MailProfile profile = ui_->form->profile();
-    const QString old_name = chosen_ ? chosen_->name : profile.name;
     QString note;
     try {
         desk_.accounts.profiles().save(profile, chosen_);
-        note = keep_passwords(old_name, profile);
+        note = keep_passwords(profile);
         load();
     } catch (const RuntimeError &error) {
         say(error.description());
@@ -272,20 +272,20 @@ bool MailProfilesDialog::save()
 }
 
 /// @return what a person should know of it, with a blank before; empty for nothing.
-QString MailProfilesDialog::keep_passwords(const QString &old_name, const MailProfile &profile)
+QString MailProfilesDialog::keep_passwords(const MailProfile &profile)
 {
     SessionPasswords &passwords = desk_.accounts.passwords();
-    const bool all_renamed = passwords.rename(old_name, profile.name);
+    const bool all_came_along = passwords.take_along(chosen_.value_or(profile), profile);
     bool all_kept = true;
     for (const MailUse use : {MailUse::Reading, MailUse::Sending}) {
         const QString typed = ui_->form->typed_password(use);
         if (!typed.isEmpty())
-            all_kept = passwords.keep({profile.name, use}, typed) && all_kept;
+            all_kept = passwords.keep(password_key(profile, use), typed) && all_kept;
     }
     if (!all_kept)
         return QStringLiteral(
             " No keychain of the desktop answered: the password is kept until the program ends.");
-    return all_renamed ? QString()
-                       : QStringLiteral(" No keychain of the desktop answered: a password that it "
-                                        "holds stays under the profile's old name.");
+    return all_came_along ? QString()
+                          : QStringLiteral(" No keychain of the desktop answered: a password that "
+                                           "it holds for the profile as it was stays there.");
 }

@@ -49,7 +49,7 @@ private:
     bool is_changed() const;
     bool may_leave();
     bool save();
-    QString keep_passwords(const QString &old_name, const MailProfile &profile);
+    QString keep_passwords(const MailProfile &profile);
     Credentials credentials(MailUse use);
 
     ProfileDesk desk_;

@@ -73,10 +73,10 @@ void MaildirInbox::fetch()
         return std::tuple(a.arrived, unique_part(a.name), a.is_new) <
                std::tuple(b.arrived, unique_part(b.name), b.is_new);
     });
-    const auto same = std::ranges::unique(entries, [](const Entry &a, const Entry &b) {
+    const auto is_same = [](const Entry &a, const Entry &b) {
         return unique_part(a.name) == unique_part(b.name);
-    });
-    entries.erase(same.begin(), same.end());
+    };
+    entries.erase(std::unique(entries.begin(), entries.end(), is_same), entries.end());
     std::erase_if(entries, [](const Entry &entry) { return is_trashed(entry.name); });
     entries_ = std::move(entries);
 }

@@ -2,20 +2,38 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 namespace
 {
 constexpr std::array uses = {MailUse::Reading, MailUse::Sending};
 }
 
-SessionPasswords::Held::key_type SessionPasswords::held_key(const PasswordKey &key)
+bool PasswordKey::operator<(const PasswordKey &other) const
 {
-    return {key.profile.toCaseFolded(), key.use};
+    const QString name = profile.toCaseFolded();
+    const QString other_name = other.profile.toCaseFolded();
+    return std::tie(name, use, account) < std::tie(other_name, other.use, other.account);
+}
+
+bool PasswordKey::operator==(const PasswordKey &other) const
+{
+    return !(*this < other) && !(other < *this);
+}
+
+PasswordKey password_key(const MailProfile &profile, MailUse use)
+{
+    const MailServer *server = server_for(profile, use);
+    if (server == nullptr)
+        return {profile.name, use, {}};
+    MailServer named = *server;
+    named.host = named.host.toLower();
+    return {profile.name, use, sign_on_name(named)};
 }
 
 StoredPassword SessionPasswords::find(const PasswordKey &key)
 {
-    const auto held = held_.find(held_key(key));
+    const auto held = held_.find(key);
     if (held != held_.end())
         return {StoreAnswer::Done, held->second};
     const StoredPassword stored = store_.read(key);
@@ -26,7 +44,7 @@ StoredPassword SessionPasswords::find(const PasswordKey &key)
 
 void SessionPasswords::hold(const PasswordKey &key, const QString &password)
 {
-    held_.insert_or_assign(held_key(key), password);
+    held_.insert_or_assign(key, password);
 }
 
 bool SessionPasswords::keep(const PasswordKey &key, const QString &password)
@@ -37,34 +55,41 @@ bool SessionPasswords::keep(const PasswordKey &key, const QString &password)
 
 void SessionPasswords::release(const PasswordKey &key)
 {
-    held_.erase(held_key(key));
+    held_.erase(key);
 }
 
-bool SessionPasswords::remove_all(const QString &profile)
+bool SessionPasswords::remove_all(const MailProfile &profile)
 {
     for (const MailUse use : uses)
-        release({profile, use});
+        release(password_key(profile, use));
     // After a store that does not answer the next question would only wait as long again.
     return std::ranges::all_of(uses, [&](MailUse use) {
-        return store_.remove({profile, use}) != StoreAnswer::NoStore;
+        return server_for(profile, use) == nullptr ||
+               store_.remove(password_key(profile, use)) != StoreAnswer::NoStore;
     });
 }
 
-bool SessionPasswords::rename(const QString &profile, const QString &new_name)
+bool SessionPasswords::take_along(const MailProfile &before, const MailProfile &now)
 {
-    if (is_same_profile(profile, new_name))
-        return true;
+    bool answers = true;
     for (const MailUse use : uses) {
-        if (const auto held = held_.extract(held_key({profile, use})); !held.empty())
-            hold({new_name, use}, held.mapped());
+        const PasswordKey old_key = password_key(before, use);
+        const PasswordKey new_key = password_key(now, use);
+        if (old_key == new_key || server_for(before, use) == nullptr)
+            continue;
+        const bool stays = old_key.account == new_key.account;
+        if (const auto held = held_.extract(old_key); !held.empty() && stays)
+            hold(new_key, held.mapped());
+        answers = answers && (!stays || copy(old_key, new_key)) &&
+                  store_.remove(old_key) != StoreAnswer::NoStore;
     }
-    for (const MailUse use : uses) {
-        const StoredPassword stored = store_.read({profile, use});
-        const bool has_come = stored.answer == StoreAnswer::Absent ||
-                              (stored.answer == StoreAnswer::Done &&
-                               store_.write({new_name, use}, stored.password) == StoreAnswer::Done);
-        if (!has_come)
-            return false;
-    }
-    return remove_all(profile);
+    return answers;
+}
+
+bool SessionPasswords::copy(const PasswordKey &from, const PasswordKey &to)
+{
+    const StoredPassword stored = store_.read(from);
+    return stored.answer == StoreAnswer::Absent ||
+           (stored.answer == StoreAnswer::Done &&
+            store_.write(to, stored.password) == StoreAnswer::Done);
 }

@@ -5,14 +5,23 @@
 #include <QString>
 
 #include <map>
-#include <utility>
 
-/// Whose password: that of a profile's server for reading or for sending.
+/// Whose password: that of a user on a server, which a profile reads from or sends by. A profile
+/// that names another server or user has another key: nobody is given what belongs to another.
 struct PasswordKey
 {
     QString profile;
     MailUse use = MailUse::Reading;
+    QString account; // "ann on mail.example.org"
+
+    /// Names of profiles are matched without regard to letter case.
+    bool operator<(const PasswordKey &other) const;
+    bool operator==(const PasswordKey &other) const;
 };
+
+/// The key of the password that this use of the profile needs; without an account when it takes no
+/// server.
+PasswordKey password_key(const MailProfile &profile, MailUse use);
 
 /// What a password store says to a question.
 enum class StoreAnswer {
@@ -61,16 +70,16 @@ public:
     }
     /// Forgets a profile's passwords, in the store too. @return whether the store holds none any
     /// more: one that does not answer keeps what it has.
-    bool remove_all(const QString &profile);
-    /// Takes a profile's passwords along to its new name; what was held is held under that alone.
-    /// @return whether all have come along: a store that does not answer keeps what it has under
-    /// the old name.
-    bool rename(const QString &profile, const QString &new_name);
+    bool remove_all(const MailProfile &profile);
+    /// Takes a profile's passwords along when it changes: a new name keeps them; those of a server
+    /// or user that it no longer names are forgotten, in the store too.
+    /// @return whether the store took part: one that does not answer keeps what it has for the
+    /// profile as it was.
+    bool take_along(const MailProfile &before, const MailProfile &now);
 
 private:
-    using Held = std::map<std::pair<QString, MailUse>, QString>;
-    static Held::key_type held_key(const PasswordKey &key);
+    bool copy(const PasswordKey &from, const PasswordKey &to);
 
     PasswordStore &store_;
-    Held held_;
+    std::map<PasswordKey, QString> held_;
 };

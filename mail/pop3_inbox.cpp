@@ -15,8 +15,9 @@ namespace
 constexpr std::size_t most_asked = 100;
 constexpr qint64 most_bytes_asked = qint64(16) * 1024 * 1024;
 constexpr qint64 largest_size = qint64(1) << 30; // larger messages do not exist
-constexpr qint64 least_to_pass_over = qint64(64) * 1024 * 1024;
-constexpr qsizetype longest_identifier = 70; // RFC 1939 section 7
+constexpr qsizetype longest_identifier = 70;     // RFC 1939 section 7
+// A message is cut where its file would be.
+static_assert(AnswerBounds().most_held == longest_message);
 const QByteArray all_lines = "2147483647";
 
 // When the user's own server took the message: it puts its Received field first.
@@ -65,8 +66,8 @@ std::vector<Pop3Inbox::Entry> Pop3Inbox::listed()
                 {number, std::clamp<qint64>(words.value(1).toLongLong(), 0, largest_size), {}});
     });
     std::ranges::stable_sort(entries, {}, &Entry::number);
-    const auto same = std::ranges::unique(entries, {}, &Entry::number);
-    entries.erase(same.begin(), same.end());
+    const auto is_same = [](const Entry &a, const Entry &b) { return a.number == b.number; };
+    entries.erase(std::unique(entries.begin(), entries.end(), is_same), entries.end());
     name_entries(entries);
     return entries;
 }
@@ -110,7 +111,7 @@ RawMessage Pop3Inbox::read_raw(std::size_t index)
     if (refusal)
         tell_refusal(index, *refusal);
     top_was_taken_ = asks_by_top();
-    Pop3Text text = session_->read_text(longest_message, most_to_pass_over(index));
+    Pop3Text text = session_->read_text(conditions().bounds.most_held, most_to_pass_over(index));
     const QDateTime arrived = received_date(text.bytes);
     return {std::move(text.bytes), arrived, text.bytes_left_out};
 }
@@ -184,7 +185,7 @@ void Pop3Inbox::pass_over_asked()
 // Servers count sizes in more than one way, but a text that goes on and on is none.
 qint64 Pop3Inbox::most_to_pass_over(std::size_t index) const
 {
-    return std::max(least_to_pass_over, 4 * entries_.at(index).size);
+    return std::max(conditions().bounds.most_passed_over, 4 * entries_.at(index).size);
 }
 
 // A message that the server no longer lists has gone; else its refusal means something.

@@ -11,7 +11,6 @@ constexpr std::chrono::seconds patience_at_the_end{3};
 constexpr quint16 tls_port = 995;
 constexpr quint16 plain_port = 110;
 constexpr qsizetype longest_piece = qsizetype(64) * 1024;
-constexpr int most_lines = 10'000'000; // of a list
 // A command has 255 bytes at most (RFC 2449 section 4); what is longer is sent when it is asked
 // for.
 constexpr qsizetype longest_response = 200;
@@ -38,7 +37,8 @@ QString words_of(const QByteArray &answer)
 
 Pop3Session::Pop3Session(const MailServer &server, const NetworkConditions &conditions)
     : server_(with_port(server)),
-      connection_(server_, conditions)
+      connection_(server_, conditions),
+      most_lines_(conditions.bounds.most_lines)
 {
 }
 
@@ -46,7 +46,7 @@ void Pop3Session::sign_on(const Credentials &credentials)
 {
     connection_.hide(credentials.secret.toUtf8());
     connection_.open();
-    connection_.begin(QStringLiteral("connecting"));
+    connection_.begin(QStringLiteral("connecting"), ServerConnection::StepLength::Short);
     const QByteArray greeting = connection_.read_line();
     if (!is_accepted(greeting))
         connection_.fail(connection_.step(), greeting.startsWith("-ERR")
@@ -85,7 +85,7 @@ QByteArrayList Pop3Session::mechanisms() const
 
 void Pop3Session::start_tls()
 {
-    connection_.begin(QStringLiteral("encrypting the line"));
+    connection_.begin(QStringLiteral("encrypting the line"), ServerConnection::StepLength::Short);
     read_capabilities();
     if (!can("STLS"))
         connection_.fail(connection_.step(),
@@ -96,45 +96,29 @@ void Pop3Session::start_tls()
 
 void Pop3Session::authenticate(const Credentials &credentials)
 {
-    connection_.begin(QStringLiteral("logging in"));
-    if (credentials.kind == SignInKind::None)
-        connection_.fail(connection_.step(), QStringLiteral("the server asks for a password"));
-    if (!connection_.may_carry_secrets())
-        connection_.fail(connection_.step(),
-                         QStringLiteral("the line is not encrypted, so no password is sent"));
+    connection_.begin(QStringLiteral("logging in"), ServerConnection::StepLength::Short);
+    require_safe_secret(connection_, credentials);
     read_capabilities();
-    auto exchange =
-        connection_.telling_failure([&] { return choose_sasl(mechanisms(), credentials); });
-    if (exchange)
-        authenticate_with(SaslTalk(std::move(exchange)));
+    SignOnTalk talk(connection_, mechanisms(), credentials);
+    if (talk.is_possible())
+        authenticate_with(talk);
     else if (credentials.kind == SignInKind::Password)
         log_in(credentials);
     else
-        connection_.fail(
-            connection_.step(),
-            QStringLiteral("the server offers no way to sign on with this; it offers: ") +
-                QString::fromUtf8(mechanisms().join(", ")));
+        fail_without_way(connection_, mechanisms());
 }
 
-void Pop3Session::authenticate_with(SaslTalk talk)
+void Pop3Session::authenticate_with(SignOnTalk &talk)
 {
-    const QByteArray opening = talk.opening(true, longest_response);
-    if (const qsizetype blank = opening.indexOf(' '); blank > 0)
-        connection_.hide(opening.sliced(blank + 1));
-    send("AUTH " + opening);
+    send("AUTH " + talk.opening(true, longest_response));
     QByteArray line = connection_.read_line();
     while (line.startsWith("+ ") || line == "+") {
-        const QByteArray answer =
-            connection_.telling_failure([&] { return talk.answer(line.sliced(1)); });
-        connection_.hide(answer);
-        send(answer);
+        send(talk.answer(line.sliced(1)));
         line = connection_.read_line();
     }
     if (!is_accepted(line))
         fail_sign_on(connection_, words_of(line));
-    if (!talk.is_complete())
-        connection_.fail(connection_.step(),
-                         QStringLiteral("the server has not proved that it knows the password"));
+    talk.require_proof();
 }
 
 void Pop3Session::log_in(const Credentials &credentials)
@@ -191,7 +175,7 @@ Pop3Text Pop3Session::read_text(qint64 limit, qint64 most_left_out)
 
 void Pop3Session::read_lines(const std::function<void(const QByteArray &line)> &on_line)
 {
-    for (int lines = 0; lines < most_lines; ++lines) {
+    for (int lines = 0; lines < most_lines_; ++lines) {
         const QByteArray line = connection_.read_line();
         if (line == ".")
             return;

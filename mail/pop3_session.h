@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mail/sasl.h"
 #include "mail/server_connection.h"
+#include "mail/sign_on_talk.h"
 
 #include <QByteArrayList>
 
@@ -36,7 +36,8 @@ public:
     /// Reads the lines that follow, dots taken off; beyond `limit` bytes they are left out.
     /// @throws when more than `most_left_out` bytes are; the line is of no more use then.
     Pop3Text read_text(qint64 limit, qint64 most_left_out);
-    /// The same, handing over each line without its end. @throws when a line is longer than 64 KiB.
+    /// The same, handing over each line without its end. @throws when a line is longer than 64 KiB,
+    /// or there are more than the conditions' bounds allow.
     void read_lines(const std::function<void(const QByteArray &line)> &on_line);
     /// Says good-bye without failing. @param waits  whether for the answer, which then is the next
     /// one
@@ -50,11 +51,12 @@ private:
     QByteArrayList mechanisms() const;
     void start_tls();
     void authenticate(const Credentials &credentials);
-    void authenticate_with(SaslTalk talk);
+    void authenticate_with(SignOnTalk &talk);
     void log_in(const Credentials &credentials);
 
     MailServer server_;
     ServerConnection connection_;
+    int most_lines_;
     bool names_capabilities_ = false;
     QByteArrayList capabilities_; // their lines, in capital letters
 };

@@ -82,6 +82,8 @@ bool is_host(const QString &text)
     constexpr qsizetype longest_name = 255; // RFC 1035 section 2.3.4
     const bool is_literal = text.startsWith(u'[') && text.endsWith(u']') && text.contains(u':');
     const QString host = is_literal ? text.sliced(1, text.size() - 2) : text;
+    if (host.count(u':') == 1) // a port has a place of its own
+        return false;
     return !host.isEmpty() && host.size() <= longest_name && host.front() != u'-' &&
            std::all_of(host.begin(), host.end(), is_host_character);
 }

@@ -11,11 +11,12 @@
 #include "platform/words.h"
 #include "ui_review_window.h"
 
+#include <QShortcut>
+
 namespace
 {
 const QString heading_key = QStringLiteral("Filter");
 const QString no_heading = QStringLiteral("0");
-constexpr qsizetype most_shown = 20'000; // characters of one line that a text box bears
 
 QList<int> widths_at_opening()
 {
@@ -58,9 +59,17 @@ void ReviewWindow::wire()
     EventHandlers &handlers = desk_.handlers;
     handlers.on_click(ui_->Command1, [this] { Command1_Click(); });   // "Apply"
     handlers.on_click(ui_->cmdLarge2, [this] { cmdLarge2_Click(); }); // "View Large Screen"
-    // A double click, or the Enter key.
-    handlers.on(ui_->MSFlexGrid1, &QTableView::activated, [this] { MSFlexGrid1_DblClick(); });
-    handlers.on(ui_->MSFlexGrid1, &QTableView::customContextMenuRequested,
+    QTableView *grid = ui_->MSFlexGrid1;
+    handlers.on(grid, &QTableView::doubleClicked, [this] { MSFlexGrid1_DblClick(); });
+    for (const auto key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto *pressed = new QShortcut(key, grid, nullptr, nullptr, Qt::WidgetShortcut);
+        pressed->setAutoRepeat(false);
+        handlers.on(pressed, &QShortcut::activated, [this] { MSFlexGrid1_DblClick(); });
+    }
+    // Current first: not every desktop sends the press of the mouse before it asks for the menu.
+    connect(grid, &QTableView::customContextMenuRequested, grid,
+            [grid](const QPoint &place) { grid->setCurrentIndex(grid->indexAt(place)); });
+    handlers.on(grid, &QTableView::customContextMenuRequested,
                 [this] { MSFlexGrid1_RightClick(); });
 }
 
@@ -104,10 +113,10 @@ int ReviewWindow::select_messages()
 void ReviewWindow::delete_addresses_of_messages(int count)
 {
     attempt([this] { Data1.record_set().move_first(); });
+    QString words = ui_->Text2->text(); // stays when a message cannot be read
     for (int done = 1; done <= count; ++done) {
-        QString words;
         attempt([&] { words = review_words(Data1.record_set().field(QStringLiteral("Text"))); });
-        ui_->Text2->set_text(words.left(most_shown));
+        ui_->Text2->set_text(words);
         if (!words.isEmpty()) {
             attempt([&] {
                 Data1.execute(Statement("delete * from email where email like '*", words, "*' "));
@@ -155,23 +164,26 @@ void ReviewWindow::cmdLarge2_Click() const
 
 void ReviewWindow::MSFlexGrid1_DblClick()
 {
-    desk_.prompts.notice(current_cell());
+    if (const auto text = current_cell())
+        desk_.prompts.notice(*text);
 }
 
 void ReviewWindow::MSFlexGrid1_RightClick()
 {
-    const QString text = current_cell();
+    const auto text = current_cell();
+    if (!text)
+        return;
     const QString x = QStringLiteral("x");
-    desk_.prompts.notice(QString(text).replace(QStringLiteral("["), x));
-    desk_.prompts.notice(QString(text).replace(QStringLiteral("]"), x));
+    desk_.prompts.notice(QString(*text).replace(QStringLiteral("["), x));
+    desk_.prompts.notice(QString(*text).replace(QStringLiteral("]"), x));
 }
 
 /// The field that the grid's current cell shows, whole; nothing without a current cell.
-QString ReviewWindow::current_cell()
+std::optional<QString> ReviewWindow::current_cell()
 {
     const QModelIndex cell = ui_->MSFlexGrid1->currentIndex();
     if (!cell.isValid())
-        return {};
+        return std::nullopt;
     RecordSet &rows = Data1.record_set();
     rows.move_to(cell.row());
     return rows.field(rows.columns().at(cell.column()));

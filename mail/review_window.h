@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class DatabaseEngine;
 class EventHandlers;
@@ -54,7 +55,7 @@ private:
     void delete_addresses_of_messages(int count);
     void delete_by_heading();
     void show_whole_table();
-    QString current_cell();
+    std::optional<QString> current_cell();
 
     ReviewDesk desk_;
     DataConnection Data1;

@@ -1,5 +1,6 @@
 #include "mail/scram.h"
 
+#include "mail/sign_in_refused.h"
 #include "platform/runtime_error.h"
 
 #include <QCryptographicHash>
@@ -20,6 +21,15 @@ constexpr qsizetype longest_message = 4'096; // of the server
 [[noreturn]] void fail(const QString &what)
 {
     throw RuntimeError(error_number::mail_failure, what);
+}
+
+// What a server names as its reason (RFC 5802 section 7).
+[[noreturn]] void tell_error(const QByteArray &error)
+{
+    const QString words = QString::fromUtf8(error);
+    if (error == "invalid-proof" || error == "unknown-user")
+        throw SignInRefused(error_number::mail_failure, words);
+    fail(words);
 }
 
 QByteArray hmac(const QByteArray &key, const QByteArray &message)
@@ -116,7 +126,7 @@ QByteArray ScramSha256::prove(const QByteArray &server_first)
 {
     const QHash<char, QByteArray> said = attributes_of(server_first);
     if (said.contains('e'))
-        fail(QString::fromUtf8(said['e']));
+        tell_error(said['e']);
     const QByteArray salt = decoded(said['s']);
     const int iterations = said['i'].toInt();
     // An extension that must be understood; a nonce that is not this exchange's.
@@ -143,7 +153,7 @@ void ScramSha256::verify(const QByteArray &server_final)
 {
     const QHash<char, QByteArray> said = attributes_of(server_final);
     if (said.contains('e'))
-        fail(QString::fromUtf8(said['e']));
+        tell_error(said['e']);
     if (!are_equal(decoded(said['v']), server_signature_))
         fail(QStringLiteral("the server has not proved that it knows the password"));
     state_ = State::Proved;

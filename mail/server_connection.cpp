@@ -4,6 +4,7 @@
 
 #include <QDeadlineTimer>
 #include <QHostAddress>
+#include <QSet>
 #include <QSslConfiguration>
 #include <QSslError>
 #include <QSslSocket>
@@ -15,8 +16,9 @@
 
 namespace
 {
-constexpr int slice = 40;                       // milliseconds
-constexpr qsizetype least_progress = 16 * 1024; // in the time of one patience
+constexpr int slice = 40;                              // milliseconds
+constexpr qsizetype least_progress = 16'384;           // in the time of one patience
+constexpr qint64 least_of_an_answer = qint64(262'144); // in the time for one
 constexpr qint64 most_unsent = qint64(64) * 1024;
 constexpr int longest_words = 300;
 constexpr int patience_for_an_answer = 10; // times that for a line
@@ -38,6 +40,25 @@ QString readable(QString words)
     if (words.size() > longest_words)
         words = words.left(longest_words) + QStringLiteral(" …");
     return words;
+}
+
+// Servers quote so many characters of a command that they cannot make sense of, some in capitals: a
+// piece of a secret is one, too.
+bool repeats(const QString &words, const QString &secret)
+{
+    constexpr qsizetype shortest_piece = 6;
+    const QString said = words.toCaseFolded();
+    const QString hidden = secret.toCaseFolded();
+    if (hidden.size() <= shortest_piece)
+        return said.contains(hidden);
+    QSet<QStringView> pieces;
+    for (qsizetype at = 0; at + shortest_piece <= hidden.size(); ++at)
+        pieces.insert(QStringView(hidden).sliced(at, shortest_piece));
+    for (qsizetype at = 0; at + shortest_piece <= said.size(); ++at) {
+        if (pieces.contains(QStringView(said).sliced(at, shortest_piece)))
+            return true;
+    }
+    return false;
 }
 
 QString seconds(std::chrono::milliseconds time)
@@ -75,14 +96,17 @@ ServerConnection::~ServerConnection()
     close();
 }
 
-void ServerConnection::begin(const QString &step)
+void ServerConnection::begin(const QString &step, StepLength length)
 {
     step_ = step;
+    if (length == StepLength::Short || length_ == StepLength::Short)
+        begin_answer();
+    length_ = length;
 }
 
 void ServerConnection::open()
 {
-    begin(QStringLiteral("connecting"));
+    begin(QStringLiteral("connecting"), StepLength::Short);
     const TcpLine line =
         open_tcp_line(server_.host, server_.port, conditions_.patience, conditions_.turn);
     if (line.descriptor < 0)
@@ -102,7 +126,7 @@ void ServerConnection::open()
 
 void ServerConnection::start_tls()
 {
-    begin(QStringLiteral("encrypting the line"));
+    begin(QStringLiteral("encrypting the line"), StepLength::Short);
     pull();
     if (available() > 0)
         fail(step_, QStringLiteral("the server went on in plain text after its go-ahead"));
@@ -115,14 +139,14 @@ QSslConfiguration ServerConnection::tls_configuration() const
     configuration.setProtocol(QSsl::TlsV1_2OrLater);
     configuration.setPeerVerifyMode(QSslSocket::VerifyPeer);
     // Whatever is set here, nothing too, keeps the system's authorities from being looked up.
-    if (!conditions_.also_trusted.isEmpty())
-        configuration.setCaCertificates(conditions_.also_trusted);
+    if (!conditions_.authorities.isEmpty())
+        configuration.setCaCertificates(conditions_.authorities);
     return configuration;
 }
 
 void ServerConnection::encrypt()
 {
-    begin(QStringLiteral("encrypting the line"));
+    begin(QStringLiteral("encrypting the line"), StepLength::Short);
     if (!QSslSocket::supportsSsl())
         fail(step_, QStringLiteral("this system has no TLS library"));
     socket_->setSslConfiguration(tls_configuration());
@@ -162,7 +186,8 @@ void ServerConnection::write(const QByteArray &bytes)
             QDeadlineTimer(conditions_.patience), [&] { return unsent() <= goal; },
             [this](int time) { socket_->waitForBytesWritten(time); });
     }
-    begin_answer();
+    if (length_ == StepLength::Any)
+        begin_answer();
 }
 
 QByteArray ServerConnection::read_line(qsizetype limit)
@@ -231,7 +256,7 @@ void ServerConnection::set_patience(std::chrono::milliseconds patience)
 void ServerConnection::begin_answer()
 {
     answer_time_ = patience_for_an_answer * usual_patience_;
-    answer_goal_ = received_ + least_progress;
+    answer_goal_ = received_ + least_of_an_answer;
 }
 
 // A server that sends a byte now and then does not begin a new time with each, nor one that sends a
@@ -248,7 +273,7 @@ void ServerConnection::wait_for_more(Patience &patience)
         [this](int time) { socket_->waitForReadyRead(time); });
     answer_time_ -= Clock::now() - begin;
     give_turn(); // also while a fast server keeps the reader busy
-    if (received_ >= answer_goal_)
+    if (length_ == StepLength::Any && received_ >= answer_goal_)
         begin_answer();
     if (received_ >= patience.goal)
         patience = new_patience();
@@ -296,6 +321,7 @@ void ServerConnection::hurry(std::chrono::milliseconds patience)
 {
     conditions_.patience = std::min(conditions_.patience, patience);
     usual_patience_ = std::min(usual_patience_, patience);
+    begin(step_, StepLength::Short);
 }
 
 void ServerConnection::close()
@@ -324,7 +350,7 @@ void ServerConnection::fail(const QString &step, const QString &words) const
 QString ServerConnection::without_secrets(const QString &words) const
 {
     const bool repeats_secret = std::ranges::any_of(secrets_, [&words](const QByteArray &secret) {
-        return words.contains(QString::fromUtf8(secret));
+        return repeats(words, QString::fromUtf8(secret));
     });
     return repeats_secret ? QStringLiteral("its answer repeats a secret and is not shown") : words;
 }

@@ -17,6 +17,14 @@ class QHostAddress;
 class QSslConfiguration;
 class QSslSocket;
 
+/// What is taken of a server that sends on and on. Those that keep to what they say stay far below.
+struct AnswerBounds
+{
+    qint64 most_held = qint64(256) * 1024 * 1024;       // bytes of messages that were not read yet
+    qint64 most_passed_over = qint64(64) * 1024 * 1024; // of a text beyond those
+    int most_lines = 10'000'000;                        // of a list
+};
+
 /// What all network work shares.
 struct NetworkConditions
 {
@@ -25,8 +33,9 @@ struct NetworkConditions
     /// Gives the windows a turn to paint while a step waits, several times a second; takes no
     /// input.
     std::function<void()> turn = [] {};
-    /// Certificates trusted beside the system's own (a server that the user vouches for; tests).
-    QList<QSslCertificate> also_trusted;
+    /// Certificates that are trusted in place of the system's own (tests); none: those.
+    QList<QSslCertificate> authorities;
+    AnswerBounds bounds = {};
 };
 
 /// The line broke or the server closed it: a new line may do better.
@@ -49,7 +58,8 @@ bool is_this_machine(const QHostAddress &peer, const QHostAddress &local);
 /// A line to a mail server, over TCP and TLS 1.2 or later. The certificate chain and the host name
 /// are always verified. Blocks its caller; every wait ends after the conditions' patience: a line,
 /// or 16 KiB of it or of bytes, must have come by then. All waits for the answer to what was
-/// written, of however many lines, end after ten times as long, or begin anew with 16 KiB. Every
+/// written, of however many lines, end after ten times as long, or begin anew with 256 KiB; in a
+/// short step, all of its waits end by then. Every
 /// failure is RuntimeError 32000 that names the server, the step and the reason; LineLost when an
 /// open line broke, ServerSilent when a wait was too long.
 class ServerConnection
@@ -63,8 +73,11 @@ public:
 
     /// From now on each step bears a silence of this length; another answer is waited for.
     void set_patience(std::chrono::milliseconds patience);
+    /// Whether a step's end depends on how much there is (reading messages) or not (logging in).
+    enum class StepLength { Short, Any };
+
     /// Names what is done from now on ("logging in"): the step in failures of the line itself.
-    void begin(const QString &step);
+    void begin(const QString &step, StepLength length = StepLength::Any);
     const QString &step() const { return step_; }
 
     /// Opens the line; with LineSecurity::Tls it is encrypted when this returns.
@@ -84,7 +97,7 @@ public:
     QByteArray read_piece_of_line(qsizetype limit);
     /// Exactly `count` bytes.
     QByteArray read_bytes(qsizetype count);
-    /// From now on no wait is longer than this.
+    /// From now on no wait is longer than this, and what is left to do is a short step.
     void hurry(std::chrono::milliseconds patience);
     /// What was written goes out, as far as the server takes it at once. Never fails.
     void close();
@@ -92,7 +105,8 @@ public:
     /// Bytes received so far, for measurements.
     qint64 received() const { return received_; }
 
-    /// From now on a server's words that repeat `secret` are not shown in failures.
+    /// From now on a server's words that repeat `secret`, or six characters of it, are not shown in
+    /// failures.
     void hide(const QByteArray &secret);
 
     /// The server's words, or that they are not shown when they repeat a secret. For words that are
@@ -144,6 +158,7 @@ private:
     MailServer server_;
     NetworkConditions conditions_;
     QString step_ = QStringLiteral("connecting");
+    StepLength length_ = StepLength::Short;
     QList<QByteArray> secrets_;
     std::unique_ptr<QSslSocket> socket_;
     QByteArray buffer_; // received and from at_ on not yet read

@@ -203,8 +203,9 @@ void SmtpDelivery::start_second_round()
         if (fate_at(place).fate == Fate::NotNow)
             again.push_back(place);
     }
-    std::ranges::stable_partition(
-        again, [this](qsizetype place) { return !needs_utf8(fate_at(place).recipient); });
+    std::stable_partition(again.begin(), again.end(), [this](qsizetype place) {
+        return !needs_utf8(fate_at(place).recipient);
+    });
     const std::vector<Envelope> envelopes = envelopes_of(again);
     due_.assign(envelopes.begin(), envelopes.end());
 }

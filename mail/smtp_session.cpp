@@ -1,15 +1,16 @@
 #include "mail/smtp_session.h"
 
 #include "mail/recipient.h"
-#include "mail/sasl.h"
 #include "mail/sign_in_refused.h"
+#include "mail/sign_on_talk.h"
 
 #include <utility>
 
 namespace
 {
-// The machine's own name would tell strangers about the network behind it. An address that means
-// every machine itself is a valid name (RFC 5321 4.1.3).
+// Servers write the name into each message for all recipients to read: the machine's own name, or
+// the socket's address, would tell strangers about the network behind it. This one is valid in form
+// (RFC 5321 4.1.3), tells nothing, and is what mail programs that care send.
 const QByteArray own_name = QByteArrayLiteral("[127.0.0.1]");
 
 constexpr int ready = 220;
@@ -46,7 +47,7 @@ SmtpSession::SmtpSession(MailServer server, const std::function<Credentials()> &
       line_(server_, conditions)
 {
     line_.open();
-    begin(QStringLiteral("greeting the server"));
+    line_.begin(QStringLiteral("greeting the server"), ServerConnection::StepLength::Short);
     const SmtpReply welcome = read_smtp_reply(line_);
     if (welcome.code != ready)
         fail(welcome);
@@ -74,7 +75,7 @@ void SmtpSession::greet()
 
 void SmtpSession::encrypt()
 {
-    begin(QStringLiteral("encrypting the line"));
+    line_.begin(QStringLiteral("encrypting the line"), ServerConnection::StepLength::Short);
     if (!offers("STARTTLS"))
         fail(QStringLiteral(
             "the server does not offer encryption (STARTTLS), which the profile asks "
@@ -83,7 +84,7 @@ void SmtpSession::encrypt()
     if (reply.code != ready)
         fail(reply);
     line_.start_tls();
-    begin(QStringLiteral("greeting the server"));
+    line_.begin(QStringLiteral("greeting the server"), ServerConnection::StepLength::Short);
     greet(); // what was said on the plain line does not count (RFC 3207 4.2)
 }
 
@@ -94,7 +95,7 @@ QList<QByteArray> SmtpSession::offered_mechanisms() const
 
 void SmtpSession::sign_on(const std::function<Credentials()> &credentials)
 {
-    begin(QStringLiteral("signing on"));
+    line_.begin(QStringLiteral("signing on"), ServerConnection::StepLength::Short);
     if (!line_.may_carry_secrets())
         fail(QStringLiteral(
             "the line is not encrypted: everybody on the way could read the password"));
@@ -106,28 +107,18 @@ void SmtpSession::sign_on(const std::function<Credentials()> &credentials)
 void SmtpSession::sign_on_with(const Credentials &credentials)
 {
     line_.hide(credentials.secret.toUtf8());
-    auto exchange =
-        line_.telling_failure([&] { return choose_sasl(offered_mechanisms(), credentials); });
-    if (!exchange)
+    SignOnTalk talk(line_, offered_mechanisms(), credentials);
+    if (!talk.is_possible())
         fail(QStringLiteral("the server offers no way to sign on that is known here; it offers: %1")
                  .arg(harmless_text(QString::fromLatin1(extensions_.value("AUTH", "none")))));
-    SaslTalk talk(std::move(exchange));
-    const QByteArray opening = talk.opening(true, longest_opening);
-    if (const qsizetype blank = opening.indexOf(' '); blank >= 0)
-        line_.hide(opening.mid(blank + 1));
-    SmtpReply reply = command("AUTH " + opening);
-    while (reply.code == go_on) {
-        const QByteArray answer =
-            line_.telling_failure([&] { return talk.answer(reply.lines.constLast()); });
-        line_.hide(answer);
-        reply = command(answer);
-    }
+    SmtpReply reply = command("AUTH " + talk.opening(true, longest_opening));
+    while (reply.code == go_on)
+        reply = command(talk.answer(reply.lines.constLast()));
     if (reply.code == refused_credentials)
         line_.fail_as<SignInRefused>(line_.step(), words_of(reply));
     if (reply.code != signed_on)
         fail(reply);
-    if (!talk.is_complete())
-        fail(QStringLiteral("the server has not proved that it knows the password"));
+    talk.require_proof();
 }
 
 std::optional<qint64> SmtpSession::largest_message() const

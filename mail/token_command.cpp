@@ -4,13 +4,14 @@
 #include "platform/runtime_error.h"
 
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QProcess>
 
 #include <algorithm>
 
 namespace
 {
-constexpr qsizetype most_output = 64 * 1024;
+constexpr qsizetype most_output = qsizetype(64) * 1024;
 
 QString first_line(const QByteArray &output)
 {
@@ -105,11 +106,22 @@ private:
     QByteArray output_;
     QByteArray errors_;
 };
+
+// No shell sees the command, but people name their home as they do to one.
+QStringList words_of(const QString &command)
+{
+    QStringList words = QProcess::splitCommand(command);
+    for (QString &word : words) {
+        if (word.startsWith(QStringLiteral("~/")))
+            word.replace(0, 1, QDir::homePath());
+    }
+    return words;
+}
 } // namespace
 
 QString run_token_command(const QString &command, const TokenPatience &patience)
 {
-    const QStringList words = QProcess::splitCommand(command);
+    const QStringList words = words_of(command);
     if (words.isEmpty() || words.first().isEmpty())
         throw RuntimeError(error_number::mail_failure,
                            QStringLiteral("The token command is empty"));

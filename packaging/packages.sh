@@ -19,8 +19,11 @@ sample_packages=(fonts-droid-fallback)
 headless_packages=(xvfb)
 
 # openssl makes the certificates of the tests' mail servers; python3-aiosmtpd is one that takes mail;
-# poppler-utils reads back what is printed.
-test_packages=(libgtest-dev libgmock-dev openssl poppler-utils python3-aiosmtpd)
+# poppler-utils reads back what is printed; the others make a desktop's keychain, and reach it.
+test_packages=(
+    libgtest-dev libgmock-dev openssl poppler-utils python3-aiosmtpd
+    dbus-daemon python3-dbus python3-gi libsecret-1-0
+)
 # The tests' servers of inboxes; they start them themselves.
 server_packages=(dovecot-imapd dovecot-pop3d)
 

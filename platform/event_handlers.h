@@ -41,6 +41,10 @@ public:
     /// Whether a handler runs at this moment, in this or in an outer turn of the event loop.
     bool is_running() const { return running_ > 0; }
 
+    /// Whether the handler that runs at this moment began in the middle of another one, which has
+    /// given the event loop a turn.
+    bool is_nested() const { return running_ > 1; }
+
     /// Runs `handler` as work that no person has started. What a person starts meanwhile is
     /// attended.
     void run_unattended(const Handler &handler);

@@ -1,7 +1,9 @@
 #include "platform/line_printer.h"
 
 #include "platform/runtime_error.h"
+#include "platform/shown_text.h"
 
+#include <QPainter>
 #include <QPrinterInfo>
 #include <QTextLayout>
 #include <QTextOption>
@@ -20,16 +22,6 @@ constexpr int point_size = 10;
     throw RuntimeError(error_number::printer_error, QStringLiteral("Printer error: ") + reason);
 }
 
-QString as_one_line(QString text)
-{
-    for (QChar &c : text) {
-        const bool breaks = c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
-        if (breaks || c.category() == QChar::Other_Control)
-            c = QLatin1Char(' ');
-    }
-    return text;
-}
-
 qsizetype piece_end(const QString &text, qsizetype start)
 {
     const qsizetype end = start + most_characters;
@@ -37,52 +29,44 @@ qsizetype piece_end(const QString &text, qsizetype start)
         return text.size();
     return text[end].isLowSurrogate() ? end - 1 : end;
 }
-} // namespace
 
-std::unique_ptr<QPrinter> default_printer()
+/// The pages of one job, row by row.
+class Pages
 {
-    const QPrinterInfo printer = QPrinterInfo::defaultPrinter();
-    if (printer.isNull())
-        fail(QStringLiteral("there is no default printer"));
-    return std::make_unique<QPrinter>(printer, QPrinter::HighResolution);
-}
+public:
+    explicit Pages(QPrinter &printer);
 
-LinePrinter::LinePrinter(std::unique_ptr<QPrinter> printer) : printer_(std::move(printer))
+    void print_row(const QString &text);
+    void hand_over();
+
+private:
+    double next_row(double height);
+
+    QPrinter &printer_;
+    QPainter painter_;
+    double row_height_ = 0;
+    double page_height_ = 0;
+    double page_width_ = 0;
+    double y_ = 0;
+};
+
+Pages::Pages(QPrinter &printer) : printer_(printer)
 {
-    printer_->setDocName(QStringLiteral("Ostrix"));
-    if (!painter_.begin(printer_.get()))
-        fail(QStringLiteral("'%1' takes no job").arg(printer_->printerName()));
+    printer_.setDocName(QStringLiteral("Ostrix"));
+    if (!painter_.begin(&printer_))
+        fail(QStringLiteral("'%1' takes no job").arg(printer_.printerName()));
     QFont font = painter_.font();
     font.setPointSize(point_size);
     painter_.setFont(font);
     row_height_ = painter_.fontMetrics().lineSpacing();
-    const QRectF page = printer_->pageRect(QPrinter::DevicePixel);
+    const QRectF page = printer_.pageRect(QPrinter::DevicePixel);
     page_height_ = page.height();
     page_width_ = page.width();
 }
 
-LinePrinter::~LinePrinter()
+void Pages::print_row(const QString &text)
 {
-    if (finished_)
-        return;
-    printer_->abort();
-    painter_.end();
-}
-
-void LinePrinter::print_line(const QString &text)
-{
-    const QString line = as_one_line(text);
-    qsizetype start = 0;
-    do {
-        const qsizetype end = piece_end(line, start);
-        print_row(line.mid(start, end - start));
-        start = end;
-    } while (start < line.size());
-}
-
-void LinePrinter::print_row(const QString &text)
-{
-    QTextLayout layout(text, painter_.font(), printer_.get());
+    QTextLayout layout(text, painter_.font(), &printer_);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAnywhere);
     layout.setTextOption(option);
@@ -96,19 +80,54 @@ void LinePrinter::print_row(const QString &text)
 }
 
 /// @return where on the page the next row begins.
-double LinePrinter::next_row(double height)
+double Pages::next_row(double height)
 {
     if (y_ + height > page_height_) {
-        if (!printer_->newPage())
-            fail(QStringLiteral("'%1' takes no further page").arg(printer_->printerName()));
+        if (!printer_.newPage())
+            fail(QStringLiteral("'%1' takes no further page").arg(printer_.printerName()));
         y_ = 0;
     }
     return std::exchange(y_, y_ + height);
 }
 
-void LinePrinter::finish()
+void Pages::hand_over()
 {
-    if (!painter_.end() || printer_->printerState() == QPrinter::Error)
-        fail(QStringLiteral("the job did not reach '%1'").arg(printer_->printerName()));
-    finished_ = true;
+    if (!painter_.end() || printer_.printerState() == QPrinter::Error)
+        fail(QStringLiteral("the job did not reach '%1'").arg(printer_.printerName()));
+}
+
+void print_line(Pages &pages, const QString &line)
+{
+    qsizetype start = 0;
+    do {
+        const qsizetype end = piece_end(line, start);
+        pages.print_row(line.mid(start, end - start));
+        start = end;
+    } while (start < line.size());
+}
+} // namespace
+
+std::unique_ptr<QPrinter> default_printer()
+{
+    const QPrinterInfo printer = QPrinterInfo::defaultPrinter();
+    if (printer.isNull())
+        fail(QStringLiteral("there is no default printer"));
+    return std::make_unique<QPrinter>(printer, QPrinter::HighResolution);
+}
+
+void LinePrinter::add_line(const QString &text)
+{
+    lines_.append(one_line(text));
+}
+
+void LinePrinter::print(const std::function<void(qint64 done, qint64 total)> &told)
+{
+    Pages pages(*printer_);
+    qint64 done = 0;
+    for (const QString &line : std::as_const(lines_)) {
+        print_line(pages, line);
+        if (told)
+            told(++done, lines_.size());
+    }
+    pages.hand_over();
 }

@@ -1,11 +1,12 @@
 #pragma once
 
-#include <QPainter>
 #include <QPrinter>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 /// Where a print job goes; tests give a file.
 using PrinterMaker = std::function<std::unique_ptr<QPrinter>()>;
@@ -13,31 +14,22 @@ using PrinterMaker = std::function<std::unique_ptr<QPrinter>()>;
 /// The desktop's default printer. @throws RuntimeError 482 when there is none.
 std::unique_ptr<QPrinter> default_printer();
 
-/// A print job of text lines, one below the other, on as many pages as they need. A job that goes
-/// without finish() is taken back.
+/// A print job of text lines, one below the other, on as many pages as they need. The lines are
+/// collected first: a job that goes without print() has printed nothing.
 class LinePrinter
 {
 public:
-    /// @throws RuntimeError 482 when the printer takes no job.
-    explicit LinePrinter(std::unique_ptr<QPrinter> printer);
-    ~LinePrinter();
+    explicit LinePrinter(std::unique_ptr<QPrinter> printer) : printer_(std::move(printer)) {}
 
-    /// Prints one line. What is wider than the page goes on in the next row; line breaks and
-    /// control characters are printed as blanks. @throws RuntimeError 482.
-    void print_line(const QString &text);
+    /// Adds one line, printed as one_line() has it. What is wider than the page goes on in the next
+    /// row.
+    void add_line(const QString &text);
 
-    /// Hands the job over. @throws RuntimeError 482.
-    void finish();
+    /// Prints all lines; `told` hears how many are done, and of how many.
+    /// @throws RuntimeError 482 when the printer does not take them.
+    void print(const std::function<void(qint64 done, qint64 total)> &told = {});
 
 private:
-    void print_row(const QString &text);
-    double next_row(double height);
-
-    std::unique_ptr<QPrinter> printer_; // outlives its painter
-    QPainter painter_;
-    double row_height_ = 0;
-    double page_height_ = 0;
-    double page_width_ = 0;
-    double y_ = 0;
-    bool finished_ = false;
+    std::unique_ptr<QPrinter> printer_;
+    QStringList lines_;
 };

@@ -3,40 +3,13 @@
 #include "platform/words.h"
 
 #include <QClipboard>
-#include <QContextMenuEvent>
 #include <QGuiApplication>
-#include <QMenu>
 #include <QMimeData>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include <algorithm>
-#include <memory>
-
-namespace
-{
-bool removes_text(const QKeyEvent &event)
-{
-    return event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace ||
-           event.matches(QKeySequence::DeleteEndOfWord) ||
-           event.matches(QKeySequence::DeleteStartOfWord);
-}
-
-bool types_text(const QKeyEvent &event)
-{
-    if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter)
-        return true;
-    const bool command =
-        event.modifiers() == Qt::ControlModifier || event.modifiers() == Qt::AltModifier;
-    return !command && !event.text().isEmpty() && event.text().at(0).isPrint();
-}
-
-bool is_modifier(int key)
-{
-    return key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Alt ||
-           key == Qt::Key_AltGr || key == Qt::Key_Meta || key == Qt::Key_CapsLock;
-}
-} // namespace
+#include <utility>
 
 LongTextBox::LongTextBox(QWidget *parent)
     : TextBox(parent),
@@ -72,15 +45,30 @@ void LongTextBox::share_text(const LongTextBox &other)
 void LongTextBox::show_anew(const QString &text)
 {
     text_ = text;
+    outside_.reset();
     anchor_ = position_ = 0;
     show_page(0);
     settle();
+}
+
+// An empty page at the beginning: settling finds the rest of the text behind it.
+void LongTextBox::show_text(std::shared_ptr<const LongText> text)
+{
+    show_anew({});
+    outside_ = std::move(text);
+    settle_later();
+}
+
+void LongTextBox::text_has_grown()
+{
+    settle_later();
 }
 
 void LongTextBox::append_text(const QString &text)
 {
     const qsizetype top = top_position();
     store_page();
+    own_text();
     text_ += document_text(text);
     go_to(top);
     settle();
@@ -88,7 +76,17 @@ void LongTextBox::append_text(const QString &text)
 
 bool LongTextBox::is_paged() const
 {
-    return page_.start > 0 || page_.end < text_.size();
+    return page_.start > 0 || page_.end < stored_length();
+}
+
+qsizetype LongTextBox::stored_length() const
+{
+    return outside_ ? outside_->size() : text_.size();
+}
+
+QString LongTextBox::stored_stretch(qsizetype start, qsizetype count) const
+{
+    return outside_ ? document_text(outside_->stretch(start, count)) : text_.mid(start, count);
 }
 
 qsizetype LongTextBox::page_end() const
@@ -98,17 +96,30 @@ qsizetype LongTextBox::page_end() const
 
 qsizetype LongTextBox::length() const
 {
-    return page_end() + text_.size() - page_.end;
+    return page_end() + stored_length() - page_.end;
 }
 
 QString LongTextBox::whole() const
 {
+    QString text = stored_stretch(0, stored_length());
     if (!document()->isModified())
-        return text_;
+        return text;
     QString page = document()->toRawText();
     page.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
-    QString text = text_;
     return text.replace(page_.start, page_.end - page_.start, page);
+}
+
+QString LongTextBox::whole_stretch(qsizetype start, qsizetype count) const
+{
+    return document()->isModified() ? whole().sliced(start, count) : stored_stretch(start, count);
+}
+
+void LongTextBox::own_text()
+{
+    if (outside_ == nullptr)
+        return;
+    text_ = stored_stretch(0, stored_length());
+    outside_.reset();
 }
 
 void LongTextBox::store_page()
@@ -116,8 +127,15 @@ void LongTextBox::store_page()
     if (!document()->isModified())
         return;
     text_ = whole();
+    outside_.reset();
     page_.end = page_end();
     document()->setModified(false);
+}
+
+TextPage LongTextBox::page_at(qsizetype around) const
+{
+    return outside_ ? page_around(*outside_, around, page_reach())
+                    : page_around(PlainText(text_), around, page_reach());
 }
 
 // What is typed into the page must have been stored before.
@@ -125,8 +143,15 @@ void LongTextBox::show_page(qsizetype around)
 {
     {
         const QScopedValueRollback loading(loading_, true);
-        page_ = page_around(text_, around, reach());
-        setPlainText(text_.sliced(page_.start, page_.end - page_.start));
+        const auto stretch = [this] {
+            return stored_stretch(page_.start, page_.end - page_.start);
+        };
+        is_short_page_ = false;
+        page_ = page_at(around);
+        is_short_page_ = has_long_cluster(stretch());
+        if (is_short_page_)
+            page_ = page_at(around);
+        setPlainText(stretch());
     }
     project_selection();
 }
@@ -208,152 +233,10 @@ void LongTextBox::put_cursor_at(const QPoint &place)
 void LongTextBox::remove_selection()
 {
     store_page();
+    own_text();
     const qsizetype start = std::min(anchor_, position_);
     text_.remove(start, std::max(anchor_, position_) - start);
     anchor_ = position_ = start;
     show_page(start);
-    settle();
-}
-
-/// Does what a key asks for as far as the document, which knows its page only, cannot.
-/// @return whether that was all of it.
-bool LongTextBox::acts_across_pages(const QKeyEvent &event)
-{
-    using enum QKeySequence::StandardKey;
-    if (event.matches(SelectAll)) {
-        select_all();
-        return true;
-    }
-    if (event.matches(MoveToStartOfDocument) || event.matches(SelectStartOfDocument)) {
-        move_to(0, event.matches(SelectStartOfDocument));
-        return true;
-    }
-    if (event.matches(MoveToEndOfDocument) || event.matches(SelectEndOfDocument)) {
-        move_to(length(), event.matches(SelectEndOfDocument));
-        return true;
-    }
-    if (event.matches(Copy)) {
-        copy_selection();
-        return true;
-    }
-    if (isReadOnly() || is_modifier(event.key()))
-        return false;
-    if (selection_leaves_page()) {
-        if (event.matches(Cut))
-            copy_selection();
-        if (removes_text(event) || types_text(event) || event.matches(Cut)) {
-            remove_selection();
-            return !types_text(event);
-        }
-    }
-    bring_cursor_into_page();
-    return false;
-}
-
-void LongTextBox::keyPressEvent(QKeyEvent *event)
-{
-    if (is_paged() && acts_across_pages(*event))
-        event->accept();
-    else
-        TextBox::keyPressEvent(event);
-}
-
-void LongTextBox::inputMethodEvent(QInputMethodEvent *event)
-{
-    const bool composes = !event->preeditString().isEmpty() || !event->commitString().isEmpty();
-    if (is_paged() && !isReadOnly() && composes) {
-        if (selection_leaves_page())
-            remove_selection();
-        bring_cursor_into_page();
-    }
-    TextBox::inputMethodEvent(event);
-}
-
-void LongTextBox::mousePressEvent(QMouseEvent *event)
-{
-    const bool keeps_selection =
-        event->button() == Qt::RightButton || event->modifiers().testFlag(Qt::ShiftModifier);
-    // It cannot be dragged elsewhere: only the page's part of it would go there. The middle button
-    // pastes where it is pressed.
-    const bool pastes = is_paged() && event->button() == Qt::MiddleButton;
-    if (pastes || (selection_leaves_page() && !keeps_selection))
-        put_cursor_at(event->pos());
-    selecting_ = true;
-    TextBox::mousePressEvent(event);
-}
-
-void LongTextBox::mouseReleaseEvent(QMouseEvent *event)
-{
-    TextBox::mouseReleaseEvent(event);
-    selecting_ = false;
-    settle_later();
-}
-
-void LongTextBox::contextMenuEvent(QContextMenuEvent *event)
-{
-    const std::unique_ptr<QMenu> menu(createStandardContextMenu(event->pos()));
-    const auto rebind = [&menu, this](const char *name, auto does) {
-        if (auto *entry = menu->findChild<QAction *>(QLatin1String(name))) {
-            entry->setEnabled(entry->isEnabled() || selection_leaves_page());
-            entry->disconnect(SIGNAL(triggered(bool)));
-            connect(entry, &QAction::triggered, this, does);
-        }
-    };
-    if (is_paged()) {
-        rebind("select-all", [this] { select_all(); });
-        rebind("edit-paste", [this] {
-            bring_cursor_into_page();
-            paste();
-        });
-    }
-    if (selection_leaves_page()) {
-        rebind("edit-copy", [this] { copy_selection(); });
-        rebind("edit-delete", [this] { remove_selection(); });
-        rebind("edit-cut", [this] {
-            copy_selection();
-            remove_selection();
-        });
-    }
-    menu->exec(event->globalPos());
-}
-
-void LongTextBox::dropEvent(QDropEvent *event)
-{
-    // What is moved within the box would go by places in the page, which the move itself changes.
-    const bool moves_own_text = event->source() == this || event->source() == viewport();
-    if (is_paged() && moves_own_text) {
-        event->ignore();
-        return;
-    }
-    if (is_paged())
-        put_cursor_at(event->position().toPoint());
-    TextBox::dropEvent(event);
-}
-
-QMimeData *LongTextBox::createMimeDataFromSelection() const
-{
-    if (!selection_leaves_page())
-        return TextBox::createMimeDataFromSelection();
-    const qsizetype start = std::min(anchor_, position_);
-    auto *copied = new QMimeData; // the caller's
-    copied->setText(whole().sliced(start, std::max(anchor_, position_) - start));
-    return copied;
-}
-
-void LongTextBox::insertFromMimeData(const QMimeData *source)
-{
-    if (isReadOnly() || !source->hasText())
-        return;
-    const QString text = source->text();
-    if (!selection_leaves_page() && text.size() < reach()) {
-        TextBox::insertFromMimeData(source);
-        return;
-    }
-    const QString inserted = document_text(text);
-    store_page();
-    const qsizetype start = std::min(anchor_, position_);
-    text_.replace(start, std::max(anchor_, position_) - start, inserted);
-    anchor_ = position_ = start + inserted.size();
-    show_page(position_);
     settle();
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/long_text.h"
 #include "platform/text_box.h"
 #include "platform/text_page.h"
+
+#include <memory>
 
 class QKeyEvent;
 class QScrollBar;
@@ -28,6 +31,14 @@ public:
     /// Takes another box's text without a copy of it.
     void share_text(const LongTextBox &other);
 
+    /// Shows a text that lies elsewhere, with LF as its line breaks, without a copy of it. It is
+    /// read where the box shows it, for the first time in the event loop's next turn, and becomes
+    /// the box's own when it is changed here. It may grow at its end: see text_has_grown().
+    void show_text(std::shared_ptr<const LongText> text);
+
+    /// Tells that the text of show_text() has become longer. Takes no time by the text's length.
+    void text_has_grown();
+
     /// Whether the document holds only a page of the text.
     bool is_paged() const;
 
@@ -45,11 +56,16 @@ protected:
 
 private:
     // The text and its page. Positions count in the whole text.
+    qsizetype stored_length() const;
+    QString stored_stretch(qsizetype start, qsizetype count) const;
     qsizetype length() const;
     qsizetype page_end() const;
     QString whole() const;
+    QString whole_stretch(qsizetype start, qsizetype count) const;
     void show_anew(const QString &text);
+    void own_text();
     void store_page();
+    TextPage page_at(qsizetype around) const;
     void show_page(qsizetype around);
 
     // The selection. The document's cursor stands for it, cut to the page.
@@ -67,6 +83,7 @@ private:
 
     // Scrolling.
     qsizetype reach() const;
+    qsizetype page_reach() const;
     qsizetype top_position() const;
     void scroll_to(qsizetype top);
     void go_to(qsizetype top);
@@ -76,8 +93,11 @@ private:
     void show_bar();
     void place_bar();
 
-    QString text_; // with LF; without what was typed into the page since store_page()
+    // With LF; without what was typed into the page since store_page().
+    QString text_;
+    std::shared_ptr<const LongText> outside_; // in place of text_
     TextPage page_;
+    bool is_short_page_ = false; // it holds what takes long to lay out
     qsizetype anchor_ = 0;
     qsizetype position_ = 0;
     QScrollBar *bar_; // in place of the box's own while the text is paged

@@ -17,14 +17,20 @@ qsizetype characters_a_step(qsizetype length)
 }
 } // namespace
 
-// Four screens to either side, so that whatever a key or the wheel does leads to a place within.
+// Four screens to either side, so that whatever a key or the wheel does leads to a place within. A
+// large page is for who types: undo ends where it moves.
 qsizetype LongTextBox::reach() const
 {
-    constexpr qsizetype least = 1 << 16;
+    const qsizetype least = outside_ ? 1 << 14 : 1 << 16;
     const QFontMetrics metrics = fontMetrics();
     const qsizetype columns = viewport()->width() / std::max(1, metrics.averageCharWidth()) + 1;
     const qsizetype rows = viewport()->height() / std::max(1, metrics.lineSpacing()) + 1;
     return std::max(least, 4 * columns * rows);
+}
+
+qsizetype LongTextBox::page_reach() const
+{
+    return is_short_page_ ? 1 << 13 : reach();
 }
 
 qsizetype LongTextBox::top_position() const
@@ -73,10 +79,12 @@ void LongTextBox::settle()
     if (selecting_ && QGuiApplication::mouseButtons().testFlag(Qt::LeftButton))
         return;
     const qsizetype top = top_position();
-    const bool near_start = page_.start > 0 && top - page_.start < reach() / 4;
-    const bool near_end = page_end() < length() && page_end() - top < reach() / 2;
-    const bool overgrown = page_end() - page_.start > 4 * reach();
-    if (near_start || near_end || overgrown)
+    const qsizetype reach = page_reach();
+    const bool near_start = page_.start > 0 && top - page_.start < reach / 4;
+    const bool near_end = page_end() < length() && page_end() - top < reach / 2;
+    const bool overgrown = page_end() - page_.start > 4 * reach;
+    const bool parted = is_paged() && length() <= 2 * reach; // it fits one page
+    if (near_start || near_end || overgrown || parted)
         go_to(top);
     show_bar();
 }

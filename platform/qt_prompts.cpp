@@ -1,12 +1,15 @@
 #include "platform/qt_prompts.h"
 
 #include "platform/drive_path.h"
+#include "platform/long_text_box.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLayout>
 #include <QMessageBox>
+#include <QTextEdit>
 
 #include <algorithm>
 
@@ -28,6 +31,25 @@ QString short_enough(const QString &text)
                " …\n\nThis is only the beginning. Press \"Show Details...\" for all of it.");
 }
 
+// The box's own details are laid out whole and broken at words: minutes for a megabyte of them.
+void set_details(QMessageBox &box, const QString &text)
+{
+    box.setDetailedText(text.left(1));
+    auto *plain = box.findChild<QTextEdit *>();
+    if (plain == nullptr || plain->parentWidget()->layout() == nullptr) {
+        box.setDetailedText(text);
+        return;
+    }
+    auto *details = new LongTextBox(plain->parentWidget());
+    details->setObjectName(QStringLiteral("details"));
+    details->setReadOnly(true);
+    details->setTabChangesFocus(true);
+    details->setMinimumHeight(160);
+    details->set_text(text);
+    delete plain->parentWidget()->layout()->replaceWidget(plain, details);
+    plain->hide(); // the box asks it now and then
+}
+
 QMessageBox::StandardButton show_box(QWidget *parent, QMessageBox::Icon icon, const QString &text,
                                      QMessageBox::StandardButtons buttons)
 {
@@ -35,7 +57,7 @@ QMessageBox::StandardButton show_box(QWidget *parent, QMessageBox::Icon icon, co
     QMessageBox box(icon, title, shown, buttons, parent);
     box.setTextFormat(Qt::PlainText);
     if (shown != text)
-        box.setDetailedText(text);
+        set_details(box, text);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 

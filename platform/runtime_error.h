@@ -64,8 +64,8 @@ private:
 /// @throws RuntimeError 6 above 32,767.
 int as_integer16(qint64 count);
 
-/// Runs `step` and skips what it throws as RuntimeError: for runs that ignore errors, which name
-/// each step they may skip.
+/// Runs `step` and skips what it throws: for runs that ignore errors, which name each step they may
+/// skip. Memory that runs out in a step is such an error, too.
 /// @return whether the step ran to its end.
 template <typename Step>
 bool attempt(Step &&step)
@@ -73,7 +73,7 @@ bool attempt(Step &&step)
     try {
         step();
         return true;
-    } catch (const RuntimeError &) {
+    } catch (const std::exception &) {
         return false;
     }
 }

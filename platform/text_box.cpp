@@ -2,6 +2,7 @@
 
 #include "platform/words.h"
 
+#include <QKeyEvent>
 #include <QTextCursor>
 #include <QTextDocument>
 
@@ -38,6 +39,18 @@ void TextBox::append_text(const QString &text)
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
     end.insertText(without_hidden_breaks(text));
+}
+
+// Shift and Enter break the line, too; the document would have a character of its own for that.
+void TextBox::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::InsertLineSeparator)) {
+        QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, event->text());
+        QPlainTextEdit::keyPressEvent(&enter);
+        event->setAccepted(enter.isAccepted());
+    } else {
+        QPlainTextEdit::keyPressEvent(event);
+    }
 }
 
 void TextBox::mouseDoubleClickEvent(QMouseEvent *event)

@@ -24,5 +24,6 @@ Q_SIGNALS:
     void double_clicked();
 
 protected:
+    void keyPressEvent(QKeyEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
 };

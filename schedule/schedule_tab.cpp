@@ -44,7 +44,7 @@ void ScheduleTab::wire(EventHandlers &handlers, ScheduleDesk desk)
     handlers.on(ui_->UpDown1, &UpDown::valueChanged, [this] { UpDown1_Change(); });
     handlers.on(ui_->UpDown2, &UpDown::valueChanged, [this] { UpDown2_Change(); });
     handlers.on(&timer_, &QTimer::timeout, [this] { Timer1_Timer(); });
-    handlers.on(&held_tick_, &QTimer::timeout, [this] { Timer1_Timer(); });
+    handlers.on(&held_tick_, &QTimer::timeout, [this] { release_tick(); });
     follow_state();
 }
 
@@ -153,28 +153,57 @@ void ScheduleTab::UpDown2_Change()
         hours->setVisible(is_zero);
 }
 
-// A manual run or a message that waits for its server lets timers go on; a run in its middle would
-// take its session away.
+// A manual run or a message that waits for its server lets timers go on, as an import does for a
+// moment; a run in its middle would take its session or its rows away.
 void ScheduleTab::Timer1_Timer()
 {
     if (!timer_.isActive())
         return;
-    if (is_running_ || desk_->is_store_busy())
-        held_tick_.start();
+    if (is_running_ || desk_->is_busy())
+        hold_tick();
     else
-        tick();
+        tick(desk_->clock());
 }
 
-void ScheduleTab::tick()
+// A tick that starts a run is kept: what it waits for may outlast the minute in which it is due.
+void ScheduleTab::hold_tick()
 {
-    if (!ticked_days().contains(weekday_number(desk_->clock().date()))) {
+    const QDateTime moment = desk_->clock();
+    if (!held_tick_.isActive() || would_run(moment))
+        held_at_ = moment;
+    held_tick_.start();
+}
+
+void ScheduleTab::release_tick()
+{
+    if (!timer_.isActive())
+        return;
+    if (is_running_ || desk_->is_busy())
+        held_tick_.start();
+    else
+        tick(held_at_);
+}
+
+bool ScheduleTab::would_run(const QDateTime &moment) const
+{
+    bool due = false;
+    attempt([&] {
+        due = ticked_days().contains(weekday_number(moment.date())) && plan().interval > 0 &&
+              interval_is_over(plan(), period_start(), moment);
+    });
+    return due;
+}
+
+void ScheduleTab::tick(const QDateTime &moment)
+{
+    if (!ticked_days().contains(weekday_number(moment.date()))) {
         if (!is_any_day_ticked())
             tell_once(
                 QStringLiteral("Please indicate which days you would like to run the schedule!"));
         show_state();
         return;
     }
-    if (is_run_due())
+    if (is_run_due(moment))
         run_now();
     show_state();
 }
@@ -189,7 +218,7 @@ void ScheduleTab::tell_once(const QString &text)
     desk_->prompts.notice(text);
 }
 
-bool ScheduleTab::is_run_due()
+bool ScheduleTab::is_run_due(const QDateTime &moment)
 {
     if (plan().interval <= 0) {
         tell_once(QStringLiteral("You have to set the interval between program runs"));
@@ -198,7 +227,7 @@ bool ScheduleTab::is_run_due()
     QCoreApplication::processEvents();
     if (plan().interval <= 0) // "Refresh" was pressed in that turn
         return false;
-    return interval_is_over(plan(), period_start(), desk_->clock());
+    return interval_is_over(plan(), period_start(), moment);
 }
 
 QDateTime ScheduleTab::period_start() const

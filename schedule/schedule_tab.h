@@ -28,8 +28,9 @@ struct ScheduleDesk
     Prompts &prompts;
     /// The retrieval that a due tick starts; it takes what the run passed over.
     std::function<void(SkippedSteps &)> run;
-    /// Whether the mail store is in the middle of something: a tick waits until it is done.
-    std::function<bool()> is_store_busy;
+    /// Whether something is going on that a run must not come into the middle of: a tick waits
+    /// until it is done.
+    std::function<bool()> is_busy;
     /// Shows a person what the schedule is doing: one line, empty when it is stopped.
     std::function<void(const QString &)> show_state;
     /// Shows what a run has passed over.
@@ -71,9 +72,12 @@ private:
     void Timer1_Timer();
     void runSchedule_Click();
 
-    void tick();
+    void hold_tick();
+    void release_tick();
+    bool would_run(const QDateTime &moment) const;
+    void tick(const QDateTime &moment);
     void tell_once(const QString &text);
-    bool is_run_due();
+    bool is_run_due(const QDateTime &moment);
     void run_now();
     void note_skipped(const QString &begun, const SkippedSteps &skipped);
     void show_state();
@@ -82,6 +86,7 @@ private:
     std::unique_ptr<ScheduleDesk> desk_;
     QTimer timer_{this};
     QTimer held_tick_{this};
+    QDateTime held_at_; // when the tick came that waits
     QString last_run_;
     bool is_telling_ = false;
     bool is_running_ = false;

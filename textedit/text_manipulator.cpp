@@ -115,6 +115,11 @@ void TextManipulator::bring_to_front()
     activateWindow();
 }
 
+void TextManipulator::paint_grid()
+{
+    rows_.paint_now(*ui_->MSFlexGrid1);
+}
+
 // A command gives the event loop turns: the window must still be there when it goes on.
 void TextManipulator::closeEvent(QCloseEvent *event)
 {

@@ -52,6 +52,9 @@ public:
     /// Brings the window, which is open, to the front.
     void bring_to_front();
 
+    /// Lets the grid show the rows that have come, without a turn of the event loop.
+    void paint_grid();
+
 protected:
     void closeEvent(QCloseEvent *event) override;
 

@@ -14,6 +14,7 @@ namespace
 {
 void write_rows(const ExportDesk &desk, std::optional<TextFileWriter> &file)
 {
+    const auto told = qScopeGuard([&desk] { desk.progress.clear(); });
     RecordSet &rows = desk.rows.record_set();
     const qint64 count = rows.record_count();
     qint64 done = 0;
@@ -35,7 +36,6 @@ void export_addresses(const ExportDesk &desk, const QString &filter, const State
         file.emplace(path);
     desk.rows.set_record_source(source);
     desk.rows.refresh();
-    const auto told = qScopeGuard([&desk] { desk.progress.clear(); });
     write_rows(desk, file);
     if (file)
         file->commit();

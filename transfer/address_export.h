@@ -1,20 +1,9 @@
 #pragma once
 
 #include "db/statement.h"
+#include "transfer/export_desk.h"
 
 #include <QString>
-
-class DataConnection;
-class ProgressReport;
-class Prompts;
-
-/// What an export works with. Everything in it outlives the export.
-struct ExportDesk
-{
-    DataConnection &rows;
-    Prompts &prompts;
-    ProgressReport &progress;
-};
 
 /// Asks for a file by a dialog with this filter and writes the `email` of every row of `source` to
 /// it, one a line, each ended by CR LF: whole or not at all. The connection is left on `source`.

@@ -32,10 +32,8 @@ const QString failed = QStringLiteral(
 
 ImportItems read_items(const ImportDesk &desk, const QString &path)
 {
-    const ImportItems items = import_items(
-        read_text_file(path), [&desk](const QString &text) { desk.window.show_text(text); });
-    desk.window.show_items(items);
-    return items;
+    return import_items(read_text_file(path),
+                        [&desk](const QString &text) { desk.window.show_text(text); });
 }
 
 void store_items(const ImportDesk &desk, const ImportItems &items)
@@ -53,7 +51,7 @@ void store_items(const ImportDesk &desk, const ImportItems &items)
     for (qsizetype i = items.highest() - 1; i != -1; --i) {
         QString item;
         step([&] { item = items.at(i); });
-        step([&] { desk.window.append_item(i); });
+        step([&] { desk.window.append_item(items, i); });
         step([&] { desk.rows.record_set().add_new(); });
         step([&] {
             desk.rows.record_set().set_field(QStringLiteral("email"), item);

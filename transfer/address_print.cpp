@@ -1,21 +1,36 @@
 #include "transfer/address_print.h"
 
 #include "db/data_connection.h"
+#include "platform/progress_report.h"
 #include "platform/prompts.h"
+
+#include <QScopeGuard>
 
 #include <optional>
 
-void print_addresses(DataConnection &rows, Prompts &prompts, const PrinterMaker &printer)
+namespace
 {
-    rows.set_record_source("select * from email");
-    rows.refresh();
+void print_rows(const ExportDesk &desk, const PrinterMaker &printer)
+{
+    const auto told = qScopeGuard([&desk] { desk.progress.clear(); });
     std::optional<LinePrinter> job;
-    rows.record_set().walk({QStringLiteral("email")}, [&](const QStringList &fields) {
+    desk.rows.record_set().walk({QStringLiteral("email")}, [&](const QStringList &fields) {
         if (!job)
             job.emplace(printer());
-        job->print_line(fields.constFirst());
+        job->add_line(fields.constFirst());
     });
-    if (job)
-        job->finish();
-    prompts.notice(QStringLiteral("Finished!"));
+    if (job) {
+        job->print([&desk](qint64 done, qint64 total) {
+            desk.progress.tell(QStringLiteral("Address"), done, total);
+        });
+    }
+}
+} // namespace
+
+void print_addresses(const ExportDesk &desk, const PrinterMaker &printer)
+{
+    desk.rows.set_record_source("select * from email");
+    desk.rows.refresh();
+    print_rows(desk, printer);
+    desk.prompts.notice(QStringLiteral("Finished!"));
 }

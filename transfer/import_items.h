@@ -16,6 +16,8 @@ public:
     /// Quick beside the item that was asked for last.
     /// @throws RuntimeError 9 for a number that no item has.
     QString at(qsizetype number) const;
+    /// Where in the text the item begins. Quick and failing as at().
+    qsizetype place(qsizetype number) const;
 
     const QString &text() const { return text_; }
 
@@ -31,8 +33,9 @@ private:
 using WorkingTextSeen = std::function<void(const QString &text)>;
 
 /// Takes an import file's text apart into the items that are stored:
-/// 1. every line (ended by CR LF, LF or CR) gets CR LF as its end, the last one too;
-/// 2. every CR LF becomes a comma;
+/// 1. every line (ended by CR LF, LF or CR) gets one line break as its end, the last one too: LF,
+///    which a text box hands over as CR LF;
+/// 2. every line break becomes a comma;
 /// 3. the pieces between commas that hold "@" are joined by blanks, all others go;
 /// 4. every blank becomes a comma.
 /// So a piece with blanks ends as several items, also ones without "@": nobody sorts them out

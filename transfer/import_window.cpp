@@ -3,22 +3,30 @@
 #include "platform/event_handlers.h"
 #include "platform/prompts.h"
 #include "platform/text_file.h"
+#include "platform/words.h"
+#include "transfer/import_text.h"
 #include "ui_import_window.h"
 
 #include <QMainWindow>
 
+#include <algorithm>
+
 namespace
 {
-constexpr qsizetype most_shown = 20'000; // characters
 const QString line_end = QStringLiteral("\r\n");
 
-QString beginning(const QString &text)
+void write_piece_by_piece(TextFileWriter &file, const LongText &text)
 {
-    if (text.size() <= most_shown)
-        return text;
-    return text.left(text[most_shown].isLowSurrogate() ? most_shown - 1 : most_shown);
+    constexpr qsizetype most =
+        1 << 20; // characters: the whole in another encoding is half as large
+    for (qsizetype start = 0; start < text.size();) {
+        QString piece = text.stretch(start, std::min(most, text.size() - start));
+        if (piece.size() > 1 && piece.back().isHighSurrogate())
+            piece.chop(1); // the next piece has both halves
+        start += piece.size();
+        file.write(with_cr_lf(piece));
+    }
 }
-
 } // namespace
 
 ImportWindow::ImportWindow(EventHandlers &handlers, Prompts &prompts)
@@ -36,15 +44,9 @@ void ImportWindow::show_text(const QString &text)
 {
     if (window_.isNull())
         make_window();
-    forget();
-    show_beginning(text);
+    text_ = std::make_shared<ImportText>(text);
+    Text1->show_text(text_);
     window_->show();
-}
-
-void ImportWindow::show_items(const ImportItems &items)
-{
-    show_text(items.text());
-    items_ = items;
 }
 
 void ImportWindow::make_window()
@@ -56,56 +58,20 @@ void ImportWindow::make_window()
     handlers_.on_triggered(ui.SaveAs, [this] { SaveAs_Click(); });
     window_ = window;
     Text1 = ui.Text1;
-    shown_part_ = ui.shown_part;
 }
 
 void ImportWindow::unload()
 {
     delete window_.data();
-    forget();
+    text_.reset();
 }
 
-void ImportWindow::forget()
+void ImportWindow::append_item(const ImportItems &items, qsizetype number)
 {
-    items_ = ImportItems();
-    last_appended_ = none_appended;
-    characters_ = 0;
-}
-
-QString ImportWindow::text() const
-{
-    QString text = items_.text();
-    for_each_appended([&text](const QString &line) { text += line; });
-    return text;
-}
-
-void ImportWindow::for_each_appended(const std::function<void(const QString &line)> &visit) const
-{
-    for (qsizetype number = items_.highest() - 1; number >= last_appended_; --number)
-        visit(items_.at(number) + line_end);
-}
-
-void ImportWindow::append_item(qsizetype number)
-{
-    // Another import's items may be shown by now.
-    if (!is_shown() || number > items_.highest())
+    if (!is_shown())
         return;
-    last_appended_ = number;
-    if (characters_ > most_shown)
-        return;
-    const QString line = items_.at(number) + line_end;
-    characters_ += line.size();
-    if (characters_ <= most_shown)
-        Text1->append_text(line);
-    else
-        show_beginning(text());
-}
-
-void ImportWindow::show_beginning(const QString &text)
-{
-    characters_ = text.size();
-    Text1->set_text(beginning(text));
-    shown_part_->setVisible(characters_ > most_shown);
+    text_->append_item(items, number);
+    Text1->text_has_grown();
 }
 
 void ImportWindow::SaveAs_Click() const
@@ -114,8 +80,7 @@ void ImportWindow::SaveAs_Click() const
     if (path.isEmpty())
         return;
     TextFileWriter file(path);
-    file.write(items_.text());
-    for_each_appended([&file](const QString &line) { file.write(line); });
+    write_piece_by_piece(file, *text_);
     file.write(line_end);
     file.commit();
 }

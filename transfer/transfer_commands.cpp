@@ -29,12 +29,12 @@ void TransferCommands::Export_Click() const
 
 void TransferCommands::SaveGrid_Click() const
 {
-    save_grid(desk_.Data2, desk_.prompts);
+    save_grid({desk_.Data2, desk_.prompts, desk_.progress});
 }
 
 void TransferCommands::PrintAddresses_Click() const
 {
-    print_addresses(desk_.Data2, desk_.prompts, desk_.printer);
+    print_addresses({desk_.Data2, desk_.prompts, desk_.progress}, desk_.printer);
 }
 
 void TransferCommands::ImportHelp_Click() const

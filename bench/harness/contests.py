@@ -13,10 +13,12 @@ from pathlib import Path
 from typing import Callable
 
 from harness.jobs import OUTPUT, Failed, Job, product_database, product_home
-from harness.servers import DELAY_EACH_WAY, MailServers, copied, with_attachments
+from harness.servers import (DELAY_EACH_WAY, InboxServers, MailServers, OutgoingServer, copied,
+                             with_attachments)
 
 PRODUCT = "ostrix"
 GET_EMAILS, READ_LOG, IMPORT = "Command2", "Command10", "Import"  # what is pressed
+SLOW_LINE = f"{2 * DELAY_EACH_WAY} ms"
 
 
 @dataclass
@@ -29,6 +31,7 @@ class Contestant:
     # What the run left behind; every contestant of a contest must leave the same.
     outcome: Callable[[Path], object]
     slow: bool = False
+    most_runs: int = sys.maxsize
     # Bytes that came over the line for each byte of the rows that were made of them.
     traffic: Callable[[Path], float] | None = None
 
@@ -49,7 +52,7 @@ class Contest:
     name: str
     title: str
     contestants: list
-    truth: str  # the contestant whose outcome is right
+    truth: str  # the contestant whose outcome is right, where it is not known beforehand
     targets: list
     files: list  # read once before, so that every contestant finds them in memory
     warm_up: bool = False  # one more run each, first, that does not count
@@ -57,6 +60,8 @@ class Contest:
     messages: int = 0
     least_rate: float = 0  # of the product, in messages a second
     most_traffic: float = 0  # of the product
+    most_seconds: float = 0  # of the product
+    right: object = None  # what everybody must leave, where it is known beforehand
 
 
 class Programs:
@@ -154,8 +159,8 @@ def notmuch(inbox: Path, count: int) -> Contestant:
 def server_inbox(programs: Programs, protocol: str, count: int, slow_line: bool,
                  least_rate: float, with_peer: bool) -> Contest:
     maildir = programs.inputs / f"maildir-{programs.facts['messages'][0]}"
-    servers = MailServers(copied(maildir, count), slow_line)
-    line = f"{2 * DELAY_EACH_WAY} ms" if slow_line else "loopback"
+    servers = InboxServers(copied(maildir, count), slow_line)
+    line = SLOW_LINE if slow_line else "loopback"
     contestants = [product_inbox(programs, protocol, servers)]
     if with_peer:
         contestants.append(plain_client(programs, protocol, servers))
@@ -166,14 +171,14 @@ def server_inbox(programs: Programs, protocol: str, count: int, slow_line: bool,
 
 def attachments_inbox(programs: Programs) -> Contest:
     count = min(500, programs.facts["messages"][0])
-    servers = MailServers(with_attachments(count), False)
+    servers = InboxServers(with_attachments(count), False)
     return Contest("servers-attachments", f"IMAP, loopback, {count:,} messages with attachments",
                    [product_inbox(programs, "imap", servers),
                     plain_client(programs, "imap", servers)],
                    PRODUCT, [], [], warm_up=True, servers=servers, messages=count, most_traffic=2)
 
 
-def product_inbox(programs: Programs, protocol: str, servers: MailServers) -> Contestant:
+def product_inbox(programs: Programs, protocol: str, servers: InboxServers) -> Contestant:
     def prepare(folder: Path) -> Job:
         return Job([programs.bench("read_inbox"), protocol, servers.port(protocol),
                     servers.authority, folder / "traffic.json"])
@@ -186,7 +191,7 @@ def product_inbox(programs: Programs, protocol: str, servers: MailServers) -> Co
                       traffic=traffic)
 
 
-def plain_client(programs: Programs, protocol: str, servers: MailServers) -> Contestant:
+def plain_client(programs: Programs, protocol: str, servers: InboxServers) -> Contestant:
     client = Path(__file__).parents[1] / "peers/plain_client.py"
 
     def prepare(folder: Path) -> Job:
@@ -209,6 +214,41 @@ def server_inboxes(programs: Programs) -> list:
                      server_inbox(programs, protocol, most, True, slow_rate, False),
                      server_inbox(programs, protocol, few, True, 0, True)]
     return contests + [attachments_inbox(programs)]
+
+
+# Sending -----------------------------------------------------------------------------------------
+
+def sending(programs: Programs) -> Contest:
+    """One message to everybody. Each recipient must be in an envelope that the server took, once."""
+    count = min(1_000, programs.facts["messages"][0] // 10)
+    server = OutgoingServer(slow_line=True)
+    return Contest(f"servers-smtp-{count}", f"SMTP, {SLOW_LINE}, {count:,} recipients",
+                   [product_sending(programs, server, count), plain_sender(server, count)],
+                   PRODUCT, [], [], servers=server, most_seconds=2.5,
+                   right=told_apart(f"n{i}@example.org" for i in range(count)))
+
+
+def product_sending(programs: Programs, server: OutgoingServer, count: int) -> Contestant:
+    program = programs.bench("send_message")
+    return Contestant(PRODUCT, program, lambda folder: sending_job(server, [program], count),
+                      lambda folder: told_apart(server.recipients()))
+
+
+def plain_sender(server: OutgoingServer, count: int) -> Contestant:
+    sender = [sys.executable, Path(__file__).parents[1] / "peers/plain_sender.py"]
+    return Contestant("plain client", sys.executable,
+                      lambda folder: sending_job(server, sender, count),
+                      lambda folder: told_apart(server.recipients()), slow=True, most_runs=1)
+
+
+def sending_job(server: OutgoingServer, command: list, count: int) -> Job:
+    server.forget_taken()
+    return Job([*command, server.port(), server.authority, count])
+
+
+def told_apart(recipients) -> tuple:
+    recipients = sorted(recipients)
+    return len(recipients), hashlib.sha256(repr(recipients).encode()).hexdigest()[:12]
 
 
 # Replay ------------------------------------------------------------------------------------------
@@ -373,6 +413,7 @@ def all_contests(programs: Programs, quick: bool) -> list:
     contests = [retrieval(programs, kind, count)
                 for count in counts for kind in ("maildir", "mbox")]
     contests += server_inboxes(programs)
+    contests.append(sending(programs))
     contests.append(replay(programs))
     contests += [imports(programs), at_rest(programs)]
     contests += [lists(programs, query) for query in QUERIES]

@@ -120,6 +120,9 @@ def server_verdicts(contest, ours: Result) -> list:
         rate = contest.messages / ours.seconds if ours.costs else None
         lines.append(verdict(f"{contest.title}: messages a second", rate, contest.least_rate,
                              lambda number: f"{number:,.0f}", at_least=True))
+    if contest.most_seconds:
+        lines.append(verdict(f"{contest.title}: time", ours.seconds if ours.costs else None,
+                             contest.most_seconds, shown_seconds))
     if contest.most_traffic:
         lines.append(verdict(f"{contest.title}: bytes received / bytes in the rows",
                              median(ours.traffic) if ours.traffic else None,

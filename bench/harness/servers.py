@@ -1,5 +1,6 @@
-"""A mail server (Dovecot) for the contests that read from one, and a line to it that takes its time."""
+"""Mail servers for the contests that need one, and a line to them that takes its time."""
 
+import json
 import os
 import shutil
 import signal
@@ -34,15 +35,10 @@ def wait_for(port: int):
 
 
 class MailServers:
-    """Runs while it is entered. `fill` puts the messages into the Maildir that it is given."""
+    """Servers that run while they are entered, in a folder of their own."""
 
-    def __init__(self, fill, slow_line: bool):
-        self._fill, self._slow_line = fill, slow_line
-        self._processes, self._ports = [], {}
-
-    def port(self, protocol: str) -> str:
-        """Where a client finds "imap" or "pop3" under TLS."""
-        return str(self._ports[("slow " if self._slow_line else "") + protocol + "s"])
+    def __init__(self, slow_line: bool):
+        self._slow_line, self._processes = slow_line, []
 
     @property
     def authority(self) -> Path:
@@ -56,12 +52,9 @@ class MailServers:
     def __enter__(self):
         # Short, for it holds the names of sockets.
         self._folder = Path(tempfile.mkdtemp(prefix="bench-", dir="/tmp"))
-        certificates, mail = self._folder / "certificates", self._folder / "mail"
+        certificates = self._folder / "certificates"
         certificates.mkdir()
-        for name in ("cur", "new", "tmp"):
-            (mail / name).mkdir(parents=True)
         try:
-            self._fill(mail)
             subprocess.run([SCRIPTS / "make_certificates.sh", certificates], check=True)
             self._start_all(certificates)
         except BaseException:
@@ -70,26 +63,76 @@ class MailServers:
         return self
 
     def _start_all(self, certificates: Path):
-        self._ports = {name: free_port() for name in NAMES}
-        self._start([SCRIPTS / "dovecot.sh", self._folder, certificates, "good",
-                     *(self._ports[name] for name in NAMES)])
-        for name in ("imaps", "pop3s"):
-            wait_for(self._ports[name])
-            if self._slow_line:
-                slow = self._ports["slow " + name] = free_port()
-                self._start([sys.executable, DELAY, slow, self._ports[name], DELAY_EACH_WAY])
-                wait_for(slow)
+        raise NotImplementedError
 
-    def _start(self, command: list):
+    def _line_to(self, port: int) -> int:
+        """The port of the line that clients are to take to the server at this one."""
+        wait_for(port)
+        if not self._slow_line:
+            return port
+        slow = free_port()
+        self._start([sys.executable, DELAY, slow, port, DELAY_EACH_WAY])
+        wait_for(slow)
+        return slow
+
+    def _start(self, command: list, **streams):
         with open(self._folder / "servers.log", "ab") as log:
-            self._processes.append(subprocess.Popen([str(word) for word in command], stdout=log,
-                                                    stderr=log, start_new_session=True))
+            self._processes.append(
+                subprocess.Popen([str(word) for word in command], start_new_session=True,
+                                 **({"stdout": log, "stderr": log} | streams)))
 
     def __exit__(self, *_):
         for process in self._processes:
-            os.killpg(process.pid, signal.SIGKILL)  # a polite end of the server takes two seconds
+            os.killpg(process.pid, signal.SIGKILL)  # a polite end of a server takes two seconds
             process.wait()
         shutil.rmtree(self._folder, ignore_errors=True)
+
+
+class InboxServers(MailServers):
+    """Dovecot. `fill` puts the messages into the Maildir that it is given."""
+
+    def __init__(self, fill, slow_line: bool):
+        super().__init__(slow_line)
+        self._fill, self._ports = fill, {}
+
+    def port(self, protocol: str) -> str:
+        """Where a client finds "imap" or "pop3" under TLS."""
+        return str(self._ports[protocol])
+
+    def _start_all(self, certificates: Path):
+        mail = self._folder / "mail"
+        for name in ("cur", "new", "tmp"):
+            (mail / name).mkdir(parents=True)
+        self._fill(mail)
+        ports = {name: free_port() for name in NAMES}
+        self._start([SCRIPTS / "dovecot.sh", self._folder, certificates, "good",
+                     *(ports[name] for name in NAMES)])
+        self._ports = {name: self._line_to(ports[name + "s"]) for name in ("imap", "pop3")}
+
+
+class OutgoingServer(MailServers):
+    """The tests' server that takes mail, under TLS, for who signs on; it may be told many things at once."""
+
+    def port(self) -> str:
+        return str(self._port)
+
+    def forget_taken(self):
+        for file in self._taken.iterdir():
+            file.unlink()
+
+    def recipients(self) -> list:
+        """Who is named in the envelopes of all messages that it has taken since."""
+        return [recipient for envelope in self._taken.glob("*.json")
+                for recipient in json.loads(envelope.read_text())["to"]]
+
+    def _start_all(self, certificates: Path):
+        self._taken = self._folder / "taken"
+        self._taken.mkdir()
+        # It ends when its input does, and says its port.
+        self._start([sys.executable, SCRIPTS / "smtp_server.py", self._taken, "--sign-on", "--pipelining",
+                     "--tls", certificates / "good.pem", certificates / "good.key"],
+                    stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self._port = self._line_to(int(self._processes[-1].stdout.readline()))
 
 
 def copied(maildir: Path, count: int):

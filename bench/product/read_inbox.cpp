@@ -23,7 +23,7 @@ Credentials credentials()
 NetworkConditions conditions(const char *authority)
 {
     NetworkConditions trusting;
-    trusting.also_trusted = QSslCertificate::fromPath(QString::fromLocal8Bit(authority));
+    trusting.authorities = QSslCertificate::fromPath(QString::fromLocal8Bit(authority));
     return trusting;
 }
 

@@ -1,10 +1,10 @@
 // IMAP against servers that do what a good one does not.
 #include "mail/imap_inbox.h"
 #include "mail/sign_in_refused.h"
-#include "tests/mail/servers/certificates.h"
-#include "tests/mail/servers/stub_server.h"
+#include "tests/mail/servers/inbox_on_stub.h"
 #include "tests/support/print_qt.h"
 
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -46,77 +46,21 @@ QByteArray messages()
 const QByteArrayList good = {capabilities, signed_on,  opened(),
                              listed(),     messages(), "* BYE bye\r\nTAG OK bye\r\n"};
 
-// Greets and gives one answer after the other to whatever is said.
 void speak(StubLine &line, const QByteArrayList &answers,
            const QByteArray &greeting = "* OK hello\r\n")
 {
-    line.say(greeting);
-    for (const QByteArray &answer : answers)
-        line.answer(answer);
+    greet_and_answer(line, greeting, answers);
 }
 
-class StubImap : public testing::Test
+class StubImap : public InboxOnStub<ImapInbox>
 {
 protected:
-    ImapInbox inbox(const StubServer &stub, LineSecurity security = LineSecurity::Plain,
-                    Credentials credentials = {SignInKind::Password, "ann", "pencil"},
-                    std::chrono::milliseconds patience = 3s)
-    {
-        MailServer server;
-        server.host = "localhost";
-        server.port = stub.port();
-        server.security = security;
-        return {server,
-                {},
-                [credentials] { return credentials; },
-                {patience, [] {},
-                 security == LineSecurity::Plain ? QList<QSslCertificate>()
-                                                 : certificates().authority()}};
-    }
-
-    // What is read, or how it failed.
-    static QStringList outcome(ImapInbox &inbox)
-    {
-        QStringList found;
-        try {
-            inbox.fetch();
-            for (int i = 0; i < inbox.count(); ++i)
-                found += inbox.read(i).subject;
-        } catch (const RuntimeError &error) {
-            EXPECT_EQ(error.number(), error_number::mail_failure);
-            EXPECT_FALSE(error.description().contains("pencil")) << error.what();
-            EXPECT_FALSE(error.description().contains("cGVuY2ls")) << error.what();
-            // "The mail server 'localhost' (port 1143), logging in: …"
-            found += error.description().section("), ", 1);
-        }
-        return found;
-    }
-    QStringList outcome(const StubServer &stub, LineSecurity security = LineSecurity::Plain)
-    {
-        ImapInbox reader = inbox(stub, security);
-        return outcome(reader);
-    }
     QStringList outcome_of(const QByteArrayList &answers)
     {
         return outcome(StubServer([answers](StubLine &line) { speak(line, answers); }));
     }
 
-    const Certificates &certificates()
-    {
-        if (!certificates_)
-            certificates_ = std::make_unique<Certificates>();
-        return *certificates_;
-    }
-    bool encrypt(StubLine &line)
-    {
-        return line.encrypt(certificates().certificate_file("good"),
-                            certificates().key_file("good"));
-    }
-
     const QStringList all = {"message 5", "message 6", "message 9"};
-
-private:
-    std::unique_ptr<Certificates> certificates_;
 };
 
 TEST_F(StubImap, SaysWhatItHasToSayAndNoMore)
@@ -126,9 +70,7 @@ TEST_F(StubImap, SaysWhatItHasToSayAndNoMore)
         ImapInbox reader = inbox(stub);
         EXPECT_EQ(outcome(reader), all);
     }
-    while (stub.heard().isEmpty())
-        std::this_thread::yield();
-    EXPECT_EQ(stub.heard(),
+    EXPECT_EQ(heard_by(stub),
               (QList<QByteArray>{
                   "[clear] o1 CAPABILITY",
                   "[clear] o2 AUTHENTICATE PLAIN AGFubgBwZW5jaWw=", "[clear] o3 EXAMINE \"INBOX\"",
@@ -267,6 +209,25 @@ TEST_F(StubImap, BlamesThePasswordOnlyWhenTheServerDoes)
     }
 }
 
+TEST_F(StubImap, BlamesThePasswordAlsoWhereTheMechanismDoes)
+{
+    // "e=invalid-proof", "e=other-error"
+    for (const QByteArray error : {"ZT1pbnZhbGlkLXByb29m", "ZT1vdGhlci1lcnJvcg=="}) {
+        const StubServer stub([&](StubLine &line) {
+            speak(line, {"* CAPABILITY IMAP4rev1 AUTH=SCRAM-SHA-256 SASL-IR\r\nTAG OK x\r\n",
+                         "+ " + error + "\r\n"});
+        });
+        try {
+            inbox(stub).fetch();
+            FAIL() << "signed on";
+        } catch (const SignInRefused &refusal) {
+            EXPECT_TRUE(refusal.description().endsWith("logging in: invalid-proof"));
+        } catch (const RuntimeError &failure) {
+            EXPECT_TRUE(failure.description().endsWith("logging in: other-error"));
+        }
+    }
+}
+
 TEST_F(StubImap, ShowsNoSecretInTheFormThatACommandHolds)
 {
     const StubServer stub([](StubLine &line) {
@@ -319,6 +280,63 @@ TEST_F(StubImap, RefusesToBeSignedOnBeforeTheEncryption)
               QStringList{"connecting: the server signs on before the line is encrypted"});
 }
 
+TEST_F(StubImap, TellsWhereTheSignOnWasCutOrStalled)
+{
+    struct Place
+    {
+        LineSecurity security;
+        QByteArrayList answers; // that are given before
+        const char *step;
+    };
+    const QByteArray tls = "* CAPABILITY IMAP4rev1 STARTTLS\r\nTAG OK x\r\n";
+    const QByteArray login = "* CAPABILITY IMAP4rev1 AUTH=LOGIN\r\nTAG OK x\r\n";
+    for (const Place &place :
+         {Place{LineSecurity::StartTls, {}, "encrypting the line"},
+          Place{LineSecurity::StartTls, {tls}, "encrypting the line"},
+          Place{LineSecurity::StartTls, {tls, "TAG OK go\r\n"}, "encrypting the line"},
+          Place{LineSecurity::Plain, {login}, "logging in"},
+          Place{LineSecurity::Plain, {login, "+ VXNlcm5hbWU6\r\n"}, "logging in"},
+          Place{LineSecurity::Plain,
+                {login, "+ VXNlcm5hbWU6\r\n", "+ VXNlcm5hbWU6\r\n"},
+                "logging in"}}) {
+        SCOPED_TRACE(place.answers.join().toStdString());
+        const StubServer cutting([&](StubLine &line) { // once it has heard what comes next
+            speak(line, place.answers);
+            line.hear();
+        });
+        EXPECT_EQ(outcome(cutting, place.security),
+                  QStringList{QString(place.step) + ": the server closed the line"});
+        const StubServer stalling([&](StubLine &line) {
+            speak(line, place.answers);
+            line.stall();
+        });
+        ImapInbox reader =
+            inbox(stalling, place.security, {SignInKind::Password, "ann", "pencil"}, 150ms);
+        EXPECT_EQ(outcome(reader), QStringList{QString(place.step) + ": the server did not answer "
+                                                                     "within 0.15 seconds"});
+        EXPECT_EQ(stalling.lines(), 1);
+    }
+}
+
+TEST_F(StubImap, TakesLeaveInTimeWhateverTheServerDoes)
+{
+    for (const bool stalls : {false, true}) {
+        const StubServer stub([stalls](StubLine &line) {
+            speak(line, good.first(5));
+            if (stalls)
+                line.stall();
+        });
+        QElapsedTimer clock;
+        {
+            ImapInbox reader =
+                inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 300ms);
+            EXPECT_EQ(outcome(reader), all);
+            clock.start();
+        }
+        EXPECT_LT(clock.elapsed(), 3'500);
+    }
+}
+
 TEST_F(StubImap, AsksAgainWhatTheServerCanOnceTheLineIsEncrypted)
 {
     const StubServer stub([this](StubLine &line) {
@@ -349,9 +367,7 @@ TEST_F(StubImap, LogsInWithoutAMechanism)
             inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "a \"b\" \\c"});
         EXPECT_EQ(outcome(reader), all);
     }
-    while (stub.heard().isEmpty())
-        std::this_thread::yield();
-    EXPECT_EQ(stub.heard().value(1), "[clear] o2 LOGIN \"ann\" \"a \\\"b\\\" \\\\c\"");
+    EXPECT_EQ(heard_by(stub).value(1), "[clear] o2 LOGIN \"ann\" \"a \\\"b\\\" \\\\c\"");
 }
 
 TEST_F(StubImap, SendsAsALiteralWhatAQuotedStringCannotHold)
@@ -365,9 +381,7 @@ TEST_F(StubImap, SendsAsALiteralWhatAQuotedStringCannotHold)
             inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pä\"ss"});
         EXPECT_EQ(outcome(reader), all);
     }
-    while (stub.heard().isEmpty())
-        std::this_thread::yield();
-    EXPECT_EQ(stub.heard().mid(1, 2),
+    EXPECT_EQ(heard_by(stub).mid(1, 2),
               (QList<QByteArray>{"[clear] o2 LOGIN \"ann\" {6}", "[clear] p\xC3\xA4\"ss"}));
 }
 
@@ -474,22 +488,64 @@ TEST_F(StubImap, RefusesAnswersToWhatItDidNotAsk)
 
 TEST_F(StubImap, AMessageThatTheServerCannotGiveIsToldAloneAndTheOthersAreRead)
 {
+    for (const QByteArray refusal :
+         {"TAG NO [SERVERBUG] cannot read 6\r\n", "TAG BAD [SERVERBUG] cannot read 6\r\n"}) {
+        QByteArrayList answers = good;
+        answers[4] = message("5") + refusal;
+        answers[5] = refusal;
+        answers += message("9") + "TAG OK fetched\r\n";
+        const StubServer stub([&](StubLine &line) { speak(line, answers); });
+        ImapInbox reader = inbox(stub);
+        reader.fetch();
+        EXPECT_EQ(reader.read(0).subject, "message 5");
+        try {
+            reader.read(1);
+            FAIL() << "read what the server refused";
+        } catch (const MessageRefused &error) {
+            EXPECT_TRUE(
+                error.description().endsWith("), reading message 2: [SERVERBUG] cannot read 6"))
+                << error.what();
+        }
+        EXPECT_EQ(reader.read(2).subject, "message 9");
+    }
+}
+
+TEST_F(StubImap, AnAnswerThatCannotBeReadIsAskedForAsTheBeginningOfTheMessage)
+{
+    const QByteArray text = "Subject: odd\r\n\r\nits text\r\n";
+    const QByteArray whole = " BODY[]<0> {" + QByteArray::number(text.size()) + "}\r\n" + text;
     QByteArrayList answers = good;
-    answers[4] = message("5") + "TAG NO [SERVERBUG] cannot read 6\r\n";
-    answers[5] = "TAG NO [SERVERBUG] cannot read 6\r\n";
-    answers += message("9") + "TAG OK fetched\r\n";
+    answers[3] = listed(50'000);
+    answers[4] = "* 1 FETCH (UID 5 BODYSTRUCTURE " + QByteArray(120, '(') + QByteArray(120, ')') +
+                 " BODY[HEADER.FIELDS (X)]<0> {15}\r\nSubject: deep\r\n)\r\n"
+                 "* 1 FETCH (UID 6 BODYSTRUCTURE ((\r\n"
+                 "* 1 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1) "
+                 "BODY[HEADER.FIELDS (X)] \"\")\r\n"
+                 "TAG OK x\r\n";
+    // The last one's part makes no sense, in its turn.
+    answers[5] = "* 1 FETCH (UID 9 BODY[1] \"never ended)\r\nTAG OK x\r\n";
+    answers.insert(5, "* 1 FETCH (UID 5" + whole + ")\r\n* 1 FETCH (UID 6" + whole +
+                          ")\r\nTAG OK x\r\n");
+    answers += "* 1 FETCH (UID 9" + whole + ")\r\nTAG OK x\r\n";
+    const StubServer stub([&](StubLine &line) { speak(line, answers); });
+    EXPECT_EQ(outcome(stub), (QStringList{"odd", "odd", "odd"}));
+}
+
+TEST_F(StubImap, AStructureThatTheServerRefusesIsReadFromTheBeginningOfTheMessage)
+{
+    const QByteArray text = "Subject: odd\r\n\r\nits text\r\n";
+    const QByteArray whole = "* 1 FETCH (UID 5 BODY[]<0> {" + QByteArray::number(text.size()) +
+                             "}\r\n" + text + ")\r\nTAG OK x\r\n";
+    QByteArrayList answers = good;
+    answers[3] = listed(50'000);
+    answers[4] = "TAG BAD too long\r\n"; // for all three
+    answers[5] = "TAG BAD too long\r\n";
+    answers += {whole, "TAG NO no structure\r\n", "TAG NO not that either\r\n"};
     const StubServer stub([&](StubLine &line) { speak(line, answers); });
     ImapInbox reader = inbox(stub);
     reader.fetch();
-    EXPECT_EQ(reader.read(0).subject, "message 5");
-    try {
-        reader.read(1);
-        FAIL() << "read what the server refused";
-    } catch (const MessageRefused &error) {
-        EXPECT_TRUE(error.description().endsWith("), reading message 2: [SERVERBUG] cannot read 6"))
-            << error.what();
-    }
-    EXPECT_EQ(reader.read(2).subject, "message 9");
+    EXPECT_EQ(reader.read(0).subject, "odd");
+    EXPECT_THROW(reader.read(1), MessageRefused);
 }
 
 TEST_F(StubImap, AMessageThatWasExpungedMeanwhileHasGone)
@@ -543,15 +599,13 @@ TEST_F(StubImap, KeepsFewBatchesOnTheWay)
         EXPECT_EQ(reader.count(), 3'000);
         EXPECT_THROW(reader.read(0), RuntimeError);
     }
-    while (stub.heard().isEmpty())
-        std::this_thread::yield();
     QList<QByteArray> expected;
     for (int batch = 0; batch < 8; ++batch)
         expected += "[clear] o" + QByteArray::number(5 + batch) + " UID FETCH " +
                     QByteArray::number(250 * batch + 1) + ':' +
                     QByteArray::number(250 * batch + 250) + " (UID BODY.PEEK[]<0.32768>)";
     expected += "[clear] o13 LOGOUT";
-    EXPECT_EQ(stub.heard().mid(4), expected);
+    EXPECT_EQ(heard_by(stub).mid(4), expected);
 }
 TEST_F(StubImap, HoldsFewLongTextsAtATime)
 {
@@ -575,10 +629,8 @@ TEST_F(StubImap, HoldsFewLongTextsAtATime)
         EXPECT_EQ(reader.read(0).subject, "big");
         EXPECT_EQ(reader.read(1).subject, "big");
     }
-    while (stub.heard().isEmpty())
-        std::this_thread::yield();
-    EXPECT_EQ(stub.heard().mid(5), (QList<QByteArray>{"[clear] o6 UID FETCH 5 (UID BODY.PEEK[1])",
-                                                      "[clear] o7 UID FETCH 6 (UID BODY.PEEK[1])",
-                                                      "[clear] o8 LOGOUT"}));
+    EXPECT_EQ(heard_by(stub).mid(5), (QList<QByteArray>{"[clear] o6 UID FETCH 5 (UID BODY.PEEK[1])",
+                                                        "[clear] o7 UID FETCH 6 (UID BODY.PEEK[1])",
+                                                        "[clear] o8 LOGOUT"}));
 }
 } // namespace

@@ -149,7 +149,7 @@ TEST_F(Accounts, AnUnattendedRunGetsAPlainError)
 
 TEST_F(Accounts, APasswordComesFromTheKeychain)
 {
-    keychain.entries["work inbox"] = "stored";
+    keychain.entries["work inbox ann on imap.example.org"] = "stored";
     const Credentials found = accounts.credentials(server_profile(), MailUse::Reading);
     EXPECT_EQ(found.kind, SignInKind::Password);
     EXPECT_EQ(found.user, "ann");
@@ -177,7 +177,7 @@ TEST_F(Accounts, APasswordIsRememberedOnceTheServerHasTakenIt)
     EXPECT_TRUE(dialog.last_password.can_remember);
     EXPECT_TRUE(keychain.entries.empty());
     accounts.accepted(server_profile(), MailUse::Reading);
-    EXPECT_EQ(keychain.entries["work inbox"], "typed");
+    EXPECT_EQ(keychain.entries["work inbox ann on imap.example.org"], "typed");
 }
 
 TEST_F(Accounts, ARefusedPasswordIsAskedForAgainAndNeverRemembered)
@@ -196,8 +196,8 @@ TEST_F(Accounts, ARefusedPasswordIsAskedForAgainAndNeverRemembered)
 TEST_F(Accounts, ARefusedPasswordStaysWhenNobodyAnswers)
 {
     keychain.answers = false;
-    accounts.passwords().hold({"Work", MailUse::Reading}, "typed");
-    unattended.passwords().hold({"Work", MailUse::Reading}, "typed");
+    accounts.passwords().hold(password_key(server_profile(), MailUse::Reading), "typed");
+    unattended.passwords().hold(password_key(server_profile(), MailUse::Reading), "typed");
     EXPECT_FALSE(unattended.ask_again(server_profile(), MailUse::Reading, "try later"));
     EXPECT_EQ(unattended.credentials(server_profile(), MailUse::Reading).secret, "typed");
     EXPECT_FALSE(accounts.ask_again(server_profile(), MailUse::Reading, "try later"));

@@ -2,6 +2,7 @@
 #include "mail/known_providers.h"
 #include "mail/sign_in_refused.h"
 #include "tests/mail/mail_texts.h"
+#include "tests/mail/servers/stub_server.h"
 #include "tests/support/program_window.h"
 
 #include <QAction>
@@ -210,7 +211,8 @@ TEST_F(MailProfiles, AProfileIsMadeAndStored)
                                 SignInKind::Token,  "ann", "/bin/token \"a b\""};
     ASSERT_TRUE(profiles.find("work"));
     EXPECT_EQ(profiles.find("work")->profile, expected);
-    EXPECT_EQ(keychain.entries, (std::map<QString, QString>{{"work inbox", "s3cret"}}));
+    EXPECT_EQ(keychain.entries,
+              (std::map<QString, QString>{{"work inbox ann on imap.example.org", "s3cret"}}));
     EXPECT_FALSE(content(home.file("config/Pendral/profiles.ini")).contains("s3cret"));
 }
 
@@ -408,7 +410,8 @@ TEST_F(MailProfiles, AGuessIsCalledOne)
 TEST_F(MailProfiles, TestSaysWhatItFound)
 {
     profiles.save(stored("Work"));
-    keychain.entries = {{"work inbox", "right"}, {"work sending", "x"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "right"},
+                        {"work sending ann on smtp.example.org", "x"}};
     open([](const ProfilesWindow &window) {
         window.click("test_profile");
         EXPECT_EQ(window.result(), "Reading: 1,234 messages in the inbox.\n"
@@ -443,7 +446,7 @@ TEST_F(MailProfiles, NothingElseBeginsWhileServersAreTried)
 TEST_F(MailProfiles, TestSaysExactlyWhatFailed)
 {
     profiles.save(stored("Work"));
-    keychain.entries = {{"work inbox", "wrong"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "wrong"}};
     open([](const ProfilesWindow &window) {
         window.click("test_profile");
         EXPECT_EQ(window.result(),
@@ -469,7 +472,8 @@ TEST_F(MailProfiles, TestSaysExactlyWhatFailed)
 TEST_F(MailProfiles, TestTakesATypedPasswordBeforeTheStoredOne)
 {
     profiles.save(stored("Work"));
-    keychain.entries = {{"work inbox", "old"}, {"work sending", "x"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "old"},
+                        {"work sending ann on smtp.example.org", "x"}};
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
         const ProfilesWindow window(dialog);
         window.type("inbox_server/password", "right");
@@ -479,7 +483,110 @@ TEST_F(MailProfiles, TestTakesATypedPasswordBeforeTheStoredOne)
     });
     boxes.expect_yes_no(question_about_changes.arg("Work"), false);
     choose("MailProfiles");
-    EXPECT_EQ(keychain.entries["work inbox"], "old");
+    EXPECT_EQ(keychain.entries["work inbox ann on imap.example.org"], "old");
+}
+
+// Takes whatever signs on to it.
+void take_everybody(StubLine &line)
+{
+    line.say("* OK ready\r\n");
+    while (line.is_open()) {
+        const QByteArray command = line.hear();
+        const QByteArray tag = command.left(command.indexOf(' '));
+        if (command.isEmpty())
+            return;
+        if (command.contains(" EXAMINE"))
+            line.say("* 0 EXISTS\r\n");
+        line.say(tag + " OK\r\n");
+    }
+}
+
+TEST_F(MailProfiles, APasswordGoesToNoOtherServerThanItsOwn)
+{
+    const StubServer server(take_everybody);
+    profile_desk.open_inbox = inbox_opener({std::chrono::seconds(5), [] {}, {}});
+    MailProfile profile = stored("Work");
+    profile.inbox_server.host = "localhost";
+    profile.inbox_server.port = server.port();
+    profile.inbox_server.security = LineSecurity::Plain;
+    profile.outgoing = OutgoingKind::Sendmail;
+    profiles.save(profile);
+    keychain.entries = {{"work inbox ann on localhost", "stored-s3cret"}};
+    log_on_answers.passwords = {{"typed", false}};
+    boxes.expect_dialog("Mail Profiles", [&](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.type("inbox_server/host", "127.0.0.1");
+        window.click("test_profile");
+        EXPECT_TRUE(window.result().startsWith("Reading: 0 messages"))
+            << window.result().toStdString();
+        window.type("inbox_server/host", "localhost");
+        window.type("inbox_server/user", "eve");
+        window.click("test_profile");
+        EXPECT_TRUE(window.result().startsWith("Reading failed: The mail profile 'Work' needs the "
+                                               "password of eve on localhost (IMAP), and "))
+            << window.result().toStdString();
+        window.type("inbox_server/user", "ann");
+        window.click("new_profile");
+        window.type("name", "Work"); // not that one
+        window.choose("inbox_kind", "IMAP server");
+        window.type("inbox_server/host", "127.0.0.2");
+        window.type("inbox_server/user", "ann");
+        window.click("test_profile");
+        EXPECT_TRUE(window.result().startsWith("Reading failed: "))
+            << window.result().toStdString();
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg("Work"), false);
+    choose("MailProfiles");
+    EXPECT_EQ(log_on_answers.reasons,
+              (QStringList{"The mail profile 'Work' needs the password of ann on 127.0.0.1 (IMAP), "
+                           "and the desktop's keychain holds none.",
+                           "The mail profile 'Work' needs the password of eve on localhost (IMAP), "
+                           "and the desktop's keychain holds none.",
+                           "The mail profile 'Work' needs the password of ann on 127.0.0.2 (IMAP), "
+                           "and the desktop's keychain holds none."}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !server.heard().isEmpty(); }));
+    EXPECT_EQ(server.lines(), 1);
+    EXPECT_FALSE(server.heard().join().contains("stored-s3cret"));
+    EXPECT_TRUE(server.heard().join().contains("typed"));
+}
+
+TEST_F(MailProfiles, APasswordIsForgottenWithTheServerThatItWasFor)
+{
+    profiles.save(stored("Work"));
+    keychain.entries = {{"work inbox ann on imap.example.org", "a"},
+                        {"work sending ann on smtp.example.org", "b"}};
+    open([](const ProfilesWindow &window) {
+        window.type("name", "Club");
+        window.type("inbox_server/host", "imap.evil.example");
+        window.click("save_profile");
+        EXPECT_EQ(window.result(), "Saved.");
+        window.close();
+    });
+    EXPECT_EQ(keychain.entries,
+              (std::map<QString, QString>{{"club sending ann on smtp.example.org", "b"}}));
+    const MailProfile changed = profiles.find("club")->profile;
+    EXPECT_THROW(accounts.credentials(changed, MailUse::Reading), RuntimeError);
+    EXPECT_EQ(accounts.credentials(changed, MailUse::Sending).secret, "b");
+}
+
+TEST_F(MailProfiles, SavingSaysThatAKeychainMayKeepThePasswordOfAnotherServer)
+{
+    profiles.save(stored("Work"));
+    keychain.answers = false;
+    accounts.passwords().hold(password_key(stored("Work"), MailUse::Reading), "held");
+    open([](const ProfilesWindow &window) {
+        window.type("inbox_server/host", "IMAP.example.org"); // the same
+        window.click("save_profile");
+        EXPECT_EQ(window.result(), "Saved.");
+        window.type("inbox_server/host", "imap.evil.example");
+        window.click("save_profile");
+        EXPECT_EQ(window.result(), "Saved. No keychain of the desktop answered: a password that it "
+                                   "holds for the profile as it was stays there.");
+        window.close();
+    });
+    EXPECT_THROW(accounts.credentials(profiles.find("Work")->profile, MailUse::Reading),
+                 RuntimeError);
 }
 
 TEST_F(MailProfiles, TestReadsALocalInboxForReal)
@@ -495,7 +602,8 @@ TEST_F(MailProfiles, TestReadsALocalInboxForReal)
 TEST_F(MailProfiles, ARenamedProfileKeepsItsPasswords)
 {
     profiles.save(stored("Work"));
-    keychain.entries = {{"work inbox", "a"}, {"work sending", "b"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "a"},
+                        {"work sending ann on smtp.example.org", "b"}};
     open([](const ProfilesWindow &window) {
         window.type("name", "Club");
         window.click("save_profile");
@@ -504,7 +612,8 @@ TEST_F(MailProfiles, ARenamedProfileKeepsItsPasswords)
         window.close();
     });
     EXPECT_EQ(keychain.entries,
-              (std::map<QString, QString>{{"club inbox", "a"}, {"club sending", "b"}}));
+              (std::map<QString, QString>{{"club inbox ann on imap.example.org", "a"},
+                                          {"club sending ann on smtp.example.org", "b"}}));
     EXPECT_FALSE(profiles.find("Work"));
 }
 
@@ -527,7 +636,8 @@ TEST_F(MailProfiles, DeletingAsksFirst)
 {
     profiles.save(stored("Work"));
     profiles.save(stored("Club"));
-    keychain.entries = {{"work inbox", "a"}, {"club inbox", "b"}};
+    keychain.entries = {{"work inbox ann on imap.example.org", "a"},
+                        {"club inbox ann on imap.example.org", "b"}};
     const QString question =
         "Are you sure you want to delete the mail profile 'Club' and its passwords?";
     boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
@@ -546,7 +656,8 @@ TEST_F(MailProfiles, DeletingAsksFirst)
     boxes.expect_ok_cancel(question, true);
     choose("MailProfiles");
     EXPECT_FALSE(profiles.find("Club"));
-    EXPECT_EQ(keychain.entries, (std::map<QString, QString>{{"work inbox", "a"}}));
+    EXPECT_EQ(keychain.entries,
+              (std::map<QString, QString>{{"work inbox ann on imap.example.org", "a"}}));
 }
 
 TEST_F(MailProfiles, DeletingSaysThatAKeychainMayKeepThePasswords)

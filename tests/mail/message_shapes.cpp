@@ -1,7 +1,5 @@
 #include "tests/mail/message_shapes.h"
 
-#include <initializer_list>
-
 namespace
 {
 QByteArray head(const QByteArray &subject)
@@ -17,7 +15,7 @@ QByteArray part(const QByteArray &fields, const QByteArray &body)
     return fields + "\n\n" + body;
 }
 
-QByteArray several(const QByteArray &type, std::initializer_list<QByteArray> parts)
+QByteArray several(const QByteArray &type, const QByteArrayList &parts)
 {
     static int number = 0;
     const QByteArray boundary = "bound" + QByteArray::number(++number);
@@ -65,7 +63,7 @@ QByteArray returned(int kilobytes)
                     several("mixed", {text("returned text"), attachment(kilobytes)}));
 }
 
-QByteArray report(std::initializer_list<QByteArray> parts)
+QByteArray report(const QByteArrayList &parts)
 {
     return several("report; report-type=delivery-status", parts);
 }
@@ -156,29 +154,6 @@ QByteArrayList broken()
             text(lines(300, "of repeated fields the first counts")),
     };
 }
-
-QByteArray nested(int levels, QByteArray inner)
-{
-    for (int level = 0; level < levels; ++level)
-        inner = several("mixed", {inner});
-    return inner;
-}
-
-QByteArray enclosed(int levels, const QByteArray &inner)
-{
-    return part("Content-Type: message/rfc822", head("enclosed")).repeated(levels) + inner;
-}
-
-QByteArray statuses(int count)
-{
-    QByteArray text = part("Content-Type: multipart/report; report-type=delivery-status;\n"
-                           " boundary=many",
-                           "--many\n" + ::text("Nobody could be reached.") + '\n');
-    for (int number = 0; number < count; ++number)
-        text += "--many\n" + status("ann" + QByteArray::number(number) + "@example.net") + '\n';
-    return text + "--many--\n";
-}
-
 QByteArrayList odd_headers()
 {
     const QByteArray few = several("mixed", {text("the text"), attachment(6)});
@@ -253,29 +228,40 @@ QByteArrayList odd_types()
     };
 }
 
-// What is in a message that is to stop its reader, or the reading of all others.
-QByteArrayList hostile()
+// Structures that no server can be asked about as about others.
+QByteArrayList excessive()
 {
+    QByteArray parts = text("in the middle");
+    QByteArray messages = text("in the middle");
+    QByteArray reports = report({text("in the middle"), status("ann@example.net")});
+    for (int level = 0; level < 110; ++level) {
+        parts = several("mixed", {parts});
+        messages = part("Content-Type: message/rfc822", head("inner") + messages);
+    }
+    for (int level = 0; level < 45; ++level)
+        reports = report({text("on level"), reports});
+    QByteArrayList statuses;
+    for (int i = 0; i < 990; ++i)
+        statuses += status("n" + QByteArray::number(i) + "@example.net");
+    QByteArrayList pieces;
+    for (int i = 0; i < 3'000; ++i)
+        pieces += text("piece");
     return {
-        head("many statuses") + statuses(990),
-        head("many statuses deep inside") + nested(45, statuses(940)),
-        head("nested 60 times") + nested(60, text("deep")) + lines(400, "behind"),
-        head("nested 100 times") + nested(100, text("deep")),
-        head("nested 110 times") + nested(110, text("deep")),
-        head("nested 300 times") + nested(300, text("deep")),
-        head("messages 98 deep") + enclosed(98, text("deep")),
-        head("messages 120 deep") + enclosed(120, text("deep")),
-        head("text beside messages 120 deep") +
-            several("mixed", {text("in front"), enclosed(120, text("deep"))}),
-        head("many parts") + "Content-Type: multipart/mixed; boundary=bd\n\n" +
-            ("--bd\n" + text("the text") + '\n').repeated(1'500) + "--bd--\n",
+        head("many levels of parts") + several("mixed", {text("in front"), parts}),
+        head("many levels of messages") + several("mixed", {text("in front"), messages}),
+        head("many levels of reports") + report({text("in front"), reports}),
+        head("many statuses") + report(QByteArrayList{text("All failed.")} + statuses),
+        head("many statuses far inside") +
+            report({text("in front"), report(QByteArrayList{text("All failed.")} + statuses)}),
+        head("many parts") + several("mixed", pieces),
     };
 }
 } // namespace
 
 QByteArrayList message_shapes()
 {
-    return texts() + attachments() + reports() + broken() + odd_headers() + odd_types() + hostile();
+    return texts() + attachments() + reports() + broken() + odd_headers() + odd_types() +
+           excessive();
 }
 
 QByteArray message_of_long_structure()

@@ -1,10 +1,10 @@
 // POP3 against servers that do what a good one does not.
 #include "mail/pop3_inbox.h"
 #include "mail/sign_in_refused.h"
-#include "tests/mail/servers/certificates.h"
-#include "tests/mail/servers/stub_server.h"
+#include "tests/mail/servers/inbox_on_stub.h"
 #include "tests/support/print_qt.h"
 
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
 namespace
@@ -28,53 +28,17 @@ const QByteArrayList good = {capabilities, "+OK in\r\n", capabilities, list,
 void speak(StubLine &line, const QByteArrayList &answers,
            const QByteArray &greeting = "+OK hello\r\n")
 {
-    line.say(greeting);
-    for (const QByteArray &answer : answers)
-        line.answer(answer);
+    greet_and_answer(line, greeting, answers);
 }
 
-class StubPop3 : public testing::Test
+class StubPop3 : public InboxOnStub<Pop3Inbox>
 {
 protected:
-    Pop3Inbox inbox(const StubServer &stub, LineSecurity security = LineSecurity::Plain,
-                    Credentials credentials = {SignInKind::Password, "ann", "pencil"},
-                    std::chrono::milliseconds patience = 3s)
-    {
-        MailServer server;
-        server.host = "localhost";
-        server.port = stub.port();
-        server.security = security;
-        return {server,
-                [credentials] { return credentials; },
-                {patience, [] {},
-                 security == LineSecurity::Plain ? QList<QSslCertificate>()
-                                                 : certificates().authority()}};
-    }
-
-    static QStringList outcome(Pop3Inbox &inbox)
-    {
-        QStringList found;
-        try {
-            inbox.fetch();
-            for (int i = 0; i < inbox.count(); ++i)
-                found += inbox.read(i).subject;
-        } catch (const RuntimeError &error) {
-            EXPECT_EQ(error.number(), error_number::mail_failure);
-            EXPECT_FALSE(error.description().contains("pencil")) << error.what();
-            EXPECT_FALSE(error.description().contains("cGVuY2ls")) << error.what();
-            found += error.description().section("), ", 1);
-        }
-        return found;
-    }
-    QStringList outcome(const StubServer &stub, LineSecurity security = LineSecurity::Plain)
-    {
-        Pop3Inbox reader = inbox(stub, security);
-        return outcome(reader);
-    }
     QStringList outcome_of(const QByteArrayList &answers)
     {
         return outcome(StubServer([answers](StubLine &line) { speak(line, answers); }));
     }
+
     // What one client says to a server with these answers.
     QList<QByteArray> said_to(const QByteArrayList &answers,
                               const Credentials &credentials = {SignInKind::Password, "ann",
@@ -85,27 +49,10 @@ protected:
             Pop3Inbox reader = inbox(stub, LineSecurity::Plain, credentials);
             EXPECT_EQ(outcome(reader), all);
         }
-        while (stub.heard().isEmpty())
-            std::this_thread::yield();
-        return stub.heard();
-    }
-
-    const Certificates &certificates()
-    {
-        if (!certificates_)
-            certificates_ = std::make_unique<Certificates>();
-        return *certificates_;
-    }
-    bool encrypt(StubLine &line)
-    {
-        return line.encrypt(certificates().certificate_file("good"),
-                            certificates().key_file("good"));
+        return heard_by(stub);
     }
 
     const QStringList all = {"message 1", "message 2"};
-
-private:
-    std::unique_ptr<Certificates> certificates_;
 };
 
 TEST_F(StubPop3, SaysWhatItHasToSayAndNoMore)
@@ -145,9 +92,7 @@ TEST_F(StubPop3, AsksForManyAtATimeWhereThatIsAllowed)
         EXPECT_EQ(reader.count(), 300);
         EXPECT_THROW(reader.read(0), RuntimeError);
     }
-    while (stub.heard().isEmpty())
-        std::this_thread::yield();
-    EXPECT_EQ(stub.heard().size(), 5 + 100 + 1);
+    EXPECT_EQ(heard_by(stub).size(), 5 + 100 + 1);
     EXPECT_EQ(stub.heard()[104], "[clear] TOP 100 2147483647");
     EXPECT_EQ(stub.heard()[105], "[clear] QUIT");
 }
@@ -182,9 +127,7 @@ TEST_F(StubPop3, TriesRetrOnlyWhereTopIsNotKnownToWork)
                                                "+OK bye\r\n"});
     });
     EXPECT_EQ(outcome(knows_top), (QStringList{"message 1", "reading message 2: broken"}));
-    while (knows_top.heard().isEmpty())
-        std::this_thread::yield();
-    EXPECT_FALSE(knows_top.heard().join().contains("RETR"));
+    EXPECT_FALSE(heard_by(knows_top).join().contains("RETR"));
     // The first message has gone: that says nothing of TOP for the second.
     const StubServer first_gone([&](StubLine &line) {
         speak(line, signed_on + QByteArrayList{"-ERR no\r\n", "-ERR no\r\n", "-ERR no\r\n",
@@ -196,9 +139,7 @@ TEST_F(StubPop3, TriesRetrOnlyWhereTopIsNotKnownToWork)
         EXPECT_THROW(reader.read(0), MessageGone);
         EXPECT_EQ(reader.read(1).subject, "message 2");
     }
-    while (first_gone.heard().isEmpty())
-        std::this_thread::yield();
-    EXPECT_EQ(first_gone.heard().mid(6),
+    EXPECT_EQ(heard_by(first_gone).mid(6),
               (QList<QByteArray>{"[clear] TOP 1 2147483647", "[clear] RETR 1", "[clear] LIST 1",
                                  "[clear] TOP 2 2147483647", "[clear] QUIT"}));
 }
@@ -216,9 +157,7 @@ TEST_F(StubPop3, CautionsWhereReadingLeavesATrace)
         EXPECT_EQ(reader.caution(), "This server lacks TOP: reading marks messages as read for "
                                     "other mail programs, on most servers.");
     }
-    while (lacking.heard().isEmpty())
-        std::this_thread::yield();
-    EXPECT_EQ(lacking.heard()[5], "[clear] RETR 1");
+    EXPECT_EQ(heard_by(lacking)[5], "[clear] RETR 1");
     const StubServer knowing([](StubLine &line) { speak(line, good); });
     Pop3Inbox reader = inbox(knowing);
     EXPECT_EQ(outcome(reader), all);
@@ -455,6 +394,63 @@ TEST_F(StubPop3, RefusesWhatIsSlippedInBeforeTheEncryption)
     EXPECT_EQ(
         outcome(stub, LineSecurity::StartTls),
         QStringList{"encrypting the line: the server went on in plain text after its go-ahead"});
+}
+
+TEST_F(StubPop3, TellsWhereTheSignOnWasCutOrStalled)
+{
+    struct Place
+    {
+        LineSecurity security;
+        QByteArrayList answers; // that are given before
+        const char *step;
+    };
+    const QByteArray tls = "+OK\r\nSTLS\r\n.\r\n";
+    const QByteArray login = "+OK\r\nSASL LOGIN\r\n.\r\n";
+    for (const Place &place :
+         {Place{LineSecurity::StartTls, {}, "encrypting the line"},
+          Place{LineSecurity::StartTls, {tls}, "encrypting the line"},
+          Place{LineSecurity::StartTls, {tls, "+OK go\r\n"}, "encrypting the line"},
+          Place{LineSecurity::Plain, {login}, "logging in"},
+          Place{LineSecurity::Plain, {login, "+ VXNlcm5hbWU6\r\n"}, "logging in"},
+          Place{LineSecurity::Plain,
+                {login, "+ VXNlcm5hbWU6\r\n", "+ VXNlcm5hbWU6\r\n"},
+                "logging in"}}) {
+        SCOPED_TRACE(place.answers.join().toStdString());
+        const StubServer cutting([&](StubLine &line) { // once it has heard what comes next
+            speak(line, place.answers);
+            line.hear();
+        });
+        EXPECT_EQ(outcome(cutting, place.security),
+                  QStringList{QString(place.step) + ": the server closed the line"});
+        const StubServer stalling([&](StubLine &line) {
+            speak(line, place.answers);
+            line.stall();
+        });
+        Pop3Inbox reader =
+            inbox(stalling, place.security, {SignInKind::Password, "ann", "pencil"}, 150ms);
+        EXPECT_EQ(outcome(reader), QStringList{QString(place.step) + ": the server did not answer "
+                                                                     "within 0.15 seconds"});
+        EXPECT_EQ(stalling.lines(), 1);
+    }
+}
+
+TEST_F(StubPop3, TakesLeaveInTimeWhateverTheServerDoes)
+{
+    for (const bool stalls : {false, true}) {
+        const StubServer stub([stalls](StubLine &line) {
+            speak(line, good.first(7));
+            if (stalls)
+                line.stall();
+        });
+        QElapsedTimer clock;
+        {
+            Pop3Inbox reader =
+                inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 300ms);
+            EXPECT_EQ(outcome(reader), all);
+            clock.start();
+        }
+        EXPECT_LT(clock.elapsed(), 3'500);
+    }
 }
 
 TEST_F(StubPop3, AsksAgainWhatTheServerCanOnceTheLineIsEncrypted)

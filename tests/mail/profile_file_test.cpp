@@ -287,8 +287,9 @@ TEST(ProfileRules, KnowAHost)
     for (const char *host : {"mail.example.org", "localhost", "127.0.0.1", "::1", "fe80::1%eth0",
                              "[::1]", "[fe80::1%eth0]"})
         EXPECT_TRUE(is_host(host)) << host;
-    for (const char *host : {"", "a b", "-x", "http://a", "a@b", "a\nb", "a'b", "a;b", "[", "[]",
-                             "[::1", "::1]", "[[::1]]", "[::1]:993", "[mail.example.org]"})
+    for (const char *host :
+         {"", "a b", "-x", "http://a", "a@b", "a\nb", "a'b", "a;b", "[", "[]", "[::1", "::1]",
+          "[[::1]]", "[::1]:993", "[mail.example.org]", "mail.example.org:993"})
         EXPECT_FALSE(is_host(host)) << host;
     EXPECT_FALSE(is_host(QString(256, 'a')));
 }

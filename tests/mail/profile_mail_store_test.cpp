@@ -265,7 +265,7 @@ protected:
 
 TEST_F(ServerStore, SignsOnWithTheStoredPassword)
 {
-    keychain.entries["work inbox"] = "right";
+    keychain.entries["work inbox ann on imap.example.org"] = "right";
     sign_on(remote);
     remote.messages().Fetch();
     EXPECT_EQ(remote.messages().MsgCount(), 3);
@@ -282,24 +282,24 @@ TEST_F(ServerStore, AsksForThePasswordBeforeTheServerIsAsked)
     EXPECT_TRUE(keychain.entries.empty());
     remote.messages().Fetch();
     EXPECT_EQ(dialog.reasons.size(), 1);
-    EXPECT_EQ(keychain.entries["work inbox"], "right");
+    EXPECT_EQ(keychain.entries["work inbox ann on imap.example.org"], "right");
 }
 
 TEST_F(ServerStore, ARefusedPasswordIsAskedForAgain)
 {
-    keychain.entries["work inbox"] = "old";
+    keychain.entries["work inbox ann on imap.example.org"] = "old";
     dialog.passwords = {{"worse", false}, {"right", true}};
     sign_on(remote);
     remote.messages().Fetch();
     EXPECT_EQ(server.given, (QStringList{"old", "worse", "right"}));
-    EXPECT_EQ(keychain.entries["work inbox"], "right");
+    EXPECT_EQ(keychain.entries["work inbox ann on imap.example.org"], "right");
     EXPECT_EQ(dialog.reasons.last(),
               "The server refused the password. It said: imap.example.org refused: no");
 }
 
 TEST_F(ServerStore, WithoutAnAnswerTheRefusalIsTheFailure)
 {
-    keychain.entries["work inbox"] = "old";
+    keychain.entries["work inbox ann on imap.example.org"] = "old";
     sign_on(remote);
     EXPECT_EQ(failure_text([&] { remote.messages().Fetch(); }),
               "32000 imap.example.org refused: no");
@@ -322,7 +322,7 @@ TEST_F(ServerStore, ASessionToSendLooksForNoInboxUntilItIsFetched)
     EXPECT_NE(remote.session().SessionID(), 0);
     EXPECT_EQ(server.opened, 0);
     EXPECT_EQ(keychain.reads, 0);
-    keychain.entries["work inbox"] = "right";
+    keychain.entries["work inbox ann on imap.example.org"] = "right";
     remote.messages().Fetch();
     EXPECT_EQ(remote.messages().MsgCount(), 3);
 }

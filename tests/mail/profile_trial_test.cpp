@@ -187,7 +187,7 @@ TEST_F(Refusals, AMailServerThatRefusesThePasswordHasItAskedForAgain)
     ProfileFile profiles(home.file("profiles.ini"));
     profiles.save(profile);
     FakeKeychain keychain;
-    keychain.entries["work sending"] = "old";
+    keychain.entries["work sending ann on 127.0.0.1"] = "old";
     ScriptedLogOn dialog;
     dialog.passwords = {{"s3crét", true}};
     MailAccounts accounts(profiles, keychain, &dialog);
@@ -209,6 +209,6 @@ TEST_F(Refusals, AMailServerThatRefusesThePasswordHasItAskedForAgain)
     EXPECT_EQ(way_out.taken()[0].sender, "ann@example.org");
     ASSERT_EQ(dialog.reasons.size(), 1);
     EXPECT_TRUE(dialog.reasons[0].startsWith("The server refused the password. It said: "));
-    EXPECT_EQ(keychain.entries["work sending"], "s3crét");
+    EXPECT_EQ(keychain.entries["work sending ann on 127.0.0.1"], "s3crét");
 }
 } // namespace

@@ -49,14 +49,14 @@ protected:
     MailProfile profile;
     ProfileMailStore by_server{accounts, inbox_opener({}), &dialog, [this] {
                                    SendingConditions trusting;
-                                   trusting.network.also_trusted = certificates.authority();
+                                   trusting.network.authorities = certificates.authority();
                                    return trusting;
                                }()};
 };
 
 TEST_F(SendingByServer, UsesTheProfilesSenderAndPassword)
 {
-    keychain.entries["work sending"] = "s3crét";
+    keychain.entries["work sending ann on localhost"] = "s3crét";
     send_to({"ann@example.org", "bob@example.org"});
     ASSERT_EQ(server.taken().size(), 1);
     const TakenMessage taken = server.taken()[0];
@@ -69,17 +69,17 @@ TEST_F(SendingByServer, UsesTheProfilesSenderAndPassword)
 
 TEST_F(SendingByServer, RemembersAPasswordThatWasTakenWhateverBecameOfTheRecipients)
 {
-    keychain.entries["work sending"] = "old";
+    keychain.entries["work sending ann on localhost"] = "old";
     log_on.passwords = {{"s3crét", true}};
     EXPECT_TRUE(failure_of_sending({"ann@example.org", "bad@x.example"}).contains("for 1 of 2"));
     EXPECT_EQ(server.taken().size(), 1);
-    EXPECT_EQ(keychain.entries["work sending"], "s3crét");
+    EXPECT_EQ(keychain.entries["work sending ann on localhost"], "s3crét");
 }
 
 TEST_F(SendingByServer, FailsWithoutAPassword)
 {
     EXPECT_TRUE(failure_of_sending({"ann@example.org"}).startsWith("32000 "));
-    keychain.entries["work sending"] = "old";
+    keychain.entries["work sending ann on localhost"] = "old";
     EXPECT_EQ(failure_of_sending({"ann@example.org"}),
               "32000 The mail server 'localhost' (port PORT), signing on: 535 5.7.8 Authentication "
               "credentials invalid");
@@ -88,7 +88,7 @@ TEST_F(SendingByServer, FailsWithoutAPassword)
 
 TEST_F(SendingByServer, NamesEveryRecipientWhoIsRefused)
 {
-    keychain.entries["work sending"] = "s3crét";
+    keychain.entries["work sending ann on localhost"] = "s3crét";
     EXPECT_EQ(
         failure_of_sending({"ann@example.org", "bad1@x.example", "bob@example.org",
                             "bad2@x.example", "later@x.example"}),

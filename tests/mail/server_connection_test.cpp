@@ -244,6 +244,7 @@ TEST_F(Line, GivesUpAnAnswerThatGoesOnLineByLine)
     EXPECT_TRUE(failure(server, LineSecurity::Plain, read_all, 150ms)
                     .endsWith("the server did not end its answer within 1.5 seconds"));
     const auto converse = [](ServerConnection &line) { // each command has its own time
+        line.begin("conversing");
         const QDeadlineTimer end(1'800);
         while (!end.hasExpired()) {
             line.write("more\r\n");
@@ -251,6 +252,36 @@ TEST_F(Line, GivesUpAnAnswerThatGoesOnLineByLine)
         }
     };
     EXPECT_EQ(failure(server, LineSecurity::Plain, converse, 150ms), "none");
+}
+
+TEST_F(Line, GivesAShortStepOneTimeWhateverComes)
+{
+    const StubServer server([](StubLine &line) {
+        const QByteArray much = QByteArray("* OK still here\r\n").repeated(250);
+        while (line.is_open()) {
+            line.say(much);
+            std::this_thread::sleep_for(20ms);
+        }
+    });
+    const auto converse = [](ServerConnection &line) {
+        line.begin("doing it", ServerConnection::StepLength::Short);
+        while (true) {
+            line.write("more\r\n");
+            line.read_line();
+        }
+    };
+    EXPECT_EQ(
+        failure(server, LineSecurity::Plain, converse, 150ms),
+        "The mail server 'localhost' (port PORT), doing it: the server did not end its answer "
+        "within 1.5 seconds");
+    const auto take_leave = [](ServerConnection &line) {
+        line.begin("doing it");
+        line.hurry(150ms);
+        while (true)
+            line.read_line();
+    };
+    EXPECT_TRUE(failure(server, LineSecurity::Plain, take_leave, 5s)
+                    .endsWith("did not end its answer within 1.5 seconds"));
 }
 
 TEST_F(Line, ReadsMoreThanItHoldsAtATime)
@@ -377,6 +408,21 @@ TEST_F(Line, NeverShowsASecretThatTheServerRepeats)
         EXPECT_EQ(error.description(), "The mail server 'localhost' (port 143), logging in: its "
                                        "answer repeats a secret and is not shown");
     }
+}
+
+TEST_F(Line, NeverShowsAPieceOfASecret)
+{
+    ServerConnection line(at(143, LineSecurity::Plain), conditions());
+    line.hide("a-Long-p\xC3\xA4ssword");
+    line.hide("AGFubgBhLUxvbmctcMOkc3N3b3Jk");
+    line.hide("abc");
+    const QString hidden = "its answer repeats a secret and is not shown";
+    for (const QString words :
+         {"unknown: PASS a-long", "unknown: PASS A-LONG-P\u00C4SS", "unknown: AUTH PLAIN AGFubg",
+          "said agfubgbhluxv", "ssword", "an ABC"})
+        EXPECT_EQ(line.without_secrets(words), hidden) << words.toStdString();
+    for (const QString words : {"wrong pass word", "unknown: AUTH PLAIN AGFub", "", "a-lon ab c"})
+        EXPECT_EQ(line.without_secrets(words), words) << words.toStdString();
 }
 
 TEST(RefusedSignOns, MayBeForAnotherReasonThanTheCredentials)

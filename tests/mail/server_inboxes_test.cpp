@@ -174,6 +174,21 @@ TEST_F(ServerInbox, Pop3LeavesTwoThousandMessagesAsTheyAre)
     EXPECT_EQ(state(), before);
 }
 
+// Signing on by POP3 has the server take new mail in; nothing is marked as read by that.
+TEST_F(ServerInbox, Pop3MarksNoNewMessageAsRead)
+{
+    put({letter(1), letter(2)}, "new", "");
+    server.start();
+    {
+        Pop3Inbox inbox = pop3();
+        ASSERT_EQ(all_of(inbox).size(), 2U);
+    }
+    const QStringList after = state();
+    ASSERT_EQ(after.size(), 2);
+    for (const QString &file : after)
+        EXPECT_TRUE(file.startsWith("new/") || file.contains(":2, ")) << file.toStdString();
+}
+
 TEST_F(ServerInbox, AnAttachmentStaysOnTheServer)
 {
     const QByteArray attachment = QByteArray("QUJD\n").repeated(4 * 1024 * 1024);
@@ -281,6 +296,23 @@ TEST_F(ServerInbox, IsReadOverEveryKindOfLine)
     }
     EXPECT_TRUE(QTest::qWaitFor([this] { return server.log().count("method=SCRAM-SHA-256") == 6; }))
         << server.log().toStdString();
+}
+
+TEST_F(ServerInbox, IsSignedOnToByEveryMechanism)
+{
+    for (const char *mechanism : {"plain", "login"}) {
+        qputenv("DOVECOT_MECHANISMS", mechanism);
+        DovecotServer other(certificates);
+        other.start();
+        ImapInbox by_imap(other.imap(), {}, &DovecotServer::credentials, conditions());
+        EXPECT_EQ(failure(by_imap), "none");
+        Pop3Inbox by_pop3(other.pop3(), &DovecotServer::credentials, conditions());
+        EXPECT_EQ(failure(by_pop3), "none");
+        const QByteArray method = "method=" + QByteArray(mechanism).toUpper();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return other.log().count(method) == 2; }))
+            << other.log().toStdString();
+    }
+    qunsetenv("DOVECOT_MECHANISMS");
 }
 
 TEST_F(ServerInbox, IsNotReadWithAWrongPassword)

@@ -504,7 +504,7 @@ TEST_P(SmtpFault, IsTold)
     } else {
         for (const RecipientFate &each : send(at(server.port()), {"a@x.example", "b@x.example"})) {
             EXPECT_EQ(each.fate, fault.fate) << each.words.toStdString();
-            EXPECT_FALSE(each.words.isEmpty());
+            EXPECT_EQ(each.words.isEmpty(), fault.fate == Fate::Accepted);
         }
     }
     EXPECT_LT(time.elapsed(), 4'900); // no wait that nobody asked for
@@ -529,6 +529,9 @@ INSTANTIATE_TEST_SUITE_P(Cut, SmtpFault,
 INSTANTIATE_TEST_SUITE_P(
     Silent, SmtpFault,
     testing::Values(Fault{"(greeting)", "stall", "greeting the server: " + no_answer},
+                    Fault{"EHLO", "stall", "greeting the server: " + no_answer},
+                    Fault{"RCPT", "stall", "naming the recipients: " + no_answer},
+                    Fault{"QUIT", "stall", "", Fate::Accepted, 1},
                     Fault{"MAIL", "stall", "naming the recipients: " + no_answer},
                     Fault{"DATA", "stall", "sending the message: " + no_answer},
                     Fault{".", "stall", "", Fate::Unknown, 1}));
@@ -553,6 +556,41 @@ INSTANTIATE_TEST_SUITE_P(
               "greeting the server: what the server says is no answer: hello\\u001B[2J"},
         Fault{"EHLO", QByteArray("250-again\r\n").repeated(300),
               "greeting the server: the server's answer does not end"}));
+
+TEST_F(Smtp, TellsWhereTheSignOnWasCutOrStalled)
+{
+    struct Place
+    {
+        LineSecurity security;
+        QByteArray at, answer_before; // where, and what is said to STARTTLS or AUTH
+        const char *step;
+    };
+    const Certificates certificates;
+    trusted = certificates.authority();
+    for (const Place &place :
+         {Place{LineSecurity::StartTls, "STARTTLS", {}, "encrypting the line: "},
+          Place{LineSecurity::StartTls, {}, "220 go\r\n", "encrypting the line: "},
+          Place{LineSecurity::Plain, "AUTH", {}, "signing on: "},
+          Place{LineSecurity::Plain, "YW5u", "334 VXNlcm5hbWU6\r\n", "signing on: "}}) {
+        for (const char *what : {"close", "stall"}) {
+            SCOPED_TRACE(place.at.toStdString() + what);
+            patience = what == std::string_view("stall") ? 300ms : 5s;
+            const StubServer server(by_the_book(
+                [&](const QByteArray &command) -> QByteArray {
+                    const bool is_before =
+                        command.startsWith("STARTTLS") || command.startsWith("AUTH");
+                    if (is_before && !place.answer_before.isEmpty())
+                        return place.answer_before;
+                    const bool is_hello = command.startsWith("EHLO") || command == "(greeting)";
+                    return is_hello ? QByteArray() : QByteArray(what);
+                },
+                "250-STARTTLS\r\n250-AUTH LOGIN\r\n"));
+            const QString told = failure(at(server.port(), place.security, SignInKind::Password));
+            EXPECT_EQ(told, "The mail server 'localhost' (port PORT), " + QString(place.step) +
+                                (patience == 5s ? closed : no_answer));
+        }
+    }
+}
 
 TEST_F(Smtp, GoesOnInANewLineWhereTheServerBrokeOff)
 {

@@ -49,6 +49,13 @@ TEST_F(TokenCommand, ArgumentsArriveAsTypedAndNoShellSeesThem)
     EXPECT_EQ(run_token_command(command + " \"a b\" $HOME ;touch"), "3:a_b:$HOME:;touch");
 }
 
+TEST_F(TokenCommand, LiesInTheUsersHomeWhereThatIsNamed)
+{
+    script("echo $1");
+    EXPECT_EQ(run_token_command("\"~/print token\" ~/a"), home.file("a"));
+    EXPECT_EQ(run_token_command("\"~/print token\" ~a~/"), "~a~/");
+}
+
 TEST_F(TokenCommand, GetsNothingToRead)
 {
     EXPECT_EQ(run_token_command(script("cat; echo token")), "token");

@@ -1,5 +1,6 @@
 #include "platform/text_box.h"
 
+#include <QTest>
 #include <gtest/gtest.h>
 
 namespace
@@ -37,5 +38,28 @@ TEST(TextBox, KeepsEveryOtherCharacter)
     TextBox box;
     box.set_text(odd);
     EXPECT_EQ(box.text(), odd);
+}
+
+TEST(TextBox, EveryEnterKeyBreaksTheLine)
+{
+    TextBox box;
+    QTest::keyClicks(&box, "a");
+    QTest::keyClick(&box, Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClicks(&box, "b");
+    QTest::keyClick(&box, Qt::Key_Enter, Qt::ShiftModifier | Qt::KeypadModifier);
+    QTest::keyClicks(&box, "c");
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(box.text(), "a\r\nb\r\nc\r\n");
+    box.setReadOnly(true);
+    QTest::keyClick(&box, Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_EQ(box.text(), "a\r\nb\r\nc\r\n");
+}
+
+TEST(TextBox, ALineSeparatorOfAFileStays)
+{
+    TextBox box;
+    box.set_text(QStringLiteral("a\u2028b"));
+    QTest::keyClicks(&box, "x");
+    EXPECT_EQ(box.text(), QStringLiteral("xa\u2028b"));
 }
 } // namespace

@@ -1,9 +1,13 @@
 // Ticks, the runs that they start, and what a person sees of them.
 #include "tests/schedule/schedule_room.h"
 
+#include <QApplication>
 #include <QStatusBar>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <functional>
+#include <utility>
 
 namespace
 {
@@ -205,6 +209,110 @@ TEST_F(Tick, WaitsWhileTheMailStoreIsInTheMiddleOfSomething)
     QMetaObject::invokeMethod(&control<QTimer>("held_tick"), "timeout");
     EXPECT_EQ(runs(), 2);
     EXPECT_EQ(history(), QStringList{"2026-03-02 09:31:00"});
+}
+
+/// Does something in the turn of the event loop that a command gives once a window has come.
+class WhenShown : public QObject
+{
+public:
+    WhenShown(const QString &name, std::function<void()> action)
+        : name_(name),
+          action_(std::move(action))
+    {
+        qApp->installEventFilter(this);
+    }
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && watched->objectName() == name_ && action_)
+            QTimer::singleShot(0, this, std::exchange(action_, nullptr));
+        return false;
+    }
+
+private:
+    QString name_;
+    std::function<void()> action_;
+};
+
+class TickInAnImport : public Tick
+{
+protected:
+    TickInAnImport()
+    {
+        write_file("C:\\Ostrix\\list.csv", "a@x.org,b@x.org,c@x.org");
+        start({"Check1"}, "0", "1");
+    }
+    void import_list()
+    {
+        boxes.expect_any_notice();
+        boxes.expect_any_notice();
+        boxes.expect_open_file(home.file("data/Ostrix/list.csv"), "All files (*.*)");
+        choose("Import");
+    }
+    void end_of_the_wait() { QMetaObject::invokeMethod(&control<QTimer>("held_tick"), "timeout"); }
+};
+
+TEST_F(TickInAnImport, WaitsForItsEnd)
+{
+    bool was_waiting = false;
+    const WhenShown turn("frmIMport", [&] {
+        pass_minutes(1);
+        end_of_the_wait(); // which begins anew
+        was_waiting = runs() == 0 && history().isEmpty();
+    });
+    import_list();
+    EXPECT_TRUE(was_waiting);
+    EXPECT_EQ(rows("master", "email"), (QStringList{"b@x.org", "a@x.org"}));
+    EXPECT_TRUE(control<QTimer>("held_tick").isActive());
+    end_of_the_wait();
+    EXPECT_EQ(runs(), 1);
+    EXPECT_EQ(history(), QStringList{"2026-03-02 09:31:00"});
+}
+
+TEST_F(TickInAnImport, IsNotLostWhenTheMinuteIsOver)
+{
+    const WhenShown turn("frmIMport", [&] {
+        pass_minutes(1);
+        pass_minutes(1); // not due any more, as an import of some minutes may have it
+    });
+    import_list();
+    end_of_the_wait();
+    EXPECT_EQ(runs(), 1);
+    EXPECT_EQ(history(), QStringList{"2026-03-02 09:32:00"});
+    EXPECT_EQ(text("Text20"), "2026-03-02 09:32:00");
+    end_of_the_wait();
+    EXPECT_EQ(runs(), 1);
+}
+
+TEST_F(TickInAnImport, RunsNothingAfterAStop)
+{
+    const WhenShown turn("frmIMport", [&] {
+        pass_minutes(1);
+        click("Command16");
+    });
+    import_list();
+    end_of_the_wait();
+    EXPECT_EQ(runs(), 0);
+}
+
+TEST_F(TickInAnImport, RunsNothingAfterANewStart)
+{
+    const WhenShown turn("frmIMport", [&] {
+        pass_minutes(1);
+        click("Command15");
+    });
+    import_list();
+    end_of_the_wait();
+    EXPECT_EQ(runs(), 0);
+}
+
+// The inbox is not left alone because a box waits for a person who has gone home.
+TEST_F(Tick, DoesNotWaitForAnAnswer)
+{
+    start({"Check1"}, "0", "1");
+    boxes.expect_any_notice();
+    boxes.before_next_answer([this] { pass_minutes(1); });
+    choose("Backup");
+    EXPECT_EQ(runs(), 1);
 }
 
 TEST_F(Tick, ARefreshInTheMiddleOfTheTickRunsNothing)

@@ -11,6 +11,7 @@
 #include <QTimer>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -39,12 +40,21 @@ QMessageBox::Icon box_icon(NoticeIcon icon)
                                              : QMessageBox::NoIcon;
 }
 
+/// The pattern, in brackets, that a label like "Text files (*.TXT)" promises.
+QString pattern_in(const QString &filter)
+{
+    const QString promised = filter.mid(std::max<qsizetype>(filter.lastIndexOf(u'('), 0));
+    return filter.isEmpty() || promised == QLatin1String("(*.*)") ? QStringLiteral(" (*)")
+                                                                  : u' ' + promised;
+}
+
 void answer_files(QFileDialog &dialog, const QString &path, const QString &filter)
 {
     // What a person reads of a filter: all but the brackets with its pattern, the last ones.
     const QString name_filter = dialog.nameFilters().value(0);
     const QString shown = name_filter.left(name_filter.lastIndexOf(QStringLiteral(" (")));
     EXPECT_EQ(words(shown), words(filter.isEmpty() ? QStringLiteral("All Files") : filter));
+    EXPECT_EQ(words(name_filter.mid(shown.size())), words(pattern_in(filter)));
     if (path.isEmpty()) {
         dialog.reject();
         return;

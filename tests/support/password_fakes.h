@@ -14,13 +14,14 @@ class FakeKeychain : public PasswordStore
 public:
     bool answers = true;
     int reads = 0;
-    std::map<QString, QString> entries; // "work inbox" → password
+    std::map<QString, QString> entries; // "work inbox ann on mail.example.org" → password
 
     static QString entry(const PasswordKey &key)
     {
-        return key.profile.toCaseFolded() + (key.use == MailUse::Reading
-                                                 ? QStringLiteral(" inbox")
-                                                 : QStringLiteral(" sending"));
+        return key.profile.toCaseFolded() +
+               (key.use == MailUse::Reading ? QStringLiteral(" inbox ")
+                                            : QStringLiteral(" sending ")) +
+               key.account;
     }
 
     StoredPassword read(const PasswordKey &key) override

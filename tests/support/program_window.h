@@ -90,7 +90,8 @@ protected:
     MailStoreDouble mail;
     FakeKeychain keychain;
     ProfileFile profiles{settings_file(SettingsStore::application, QStringLiteral("profiles"))};
-    MailAccounts accounts{profiles, keychain};
+    ScriptedLogOn log_on_answers; // of the window "Mail Profiles", when it asks
+    MailAccounts accounts{profiles, keychain, &log_on_answers};
     /// The window "Mail Profiles" meets no network: tests put in what it finds.
     ProfileDesk profile_desk{
         accounts, inbox_opener({}), way_out_trial({}),

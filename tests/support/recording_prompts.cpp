@@ -35,45 +35,52 @@ QString RecordingPrompts::next_text(const QString &question)
     return text;
 }
 
+void RecordingPrompts::write_down(const QString &box)
+{
+    journal_.append(box);
+    if (after_each_)
+        after_each_();
+}
+
 void RecordingPrompts::notice(const QString &text, NoticeIcon icon)
 {
     const char *kind = icon == NoticeIcon::Information   ? "information: "
                        : icon == NoticeIcon::Exclamation ? "exclamation: "
                                                          : "notice: ";
-    journal_.append(QLatin1String(kind) + text);
+    write_down(QLatin1String(kind) + text);
 }
 
 bool RecordingPrompts::yes_no(const QString &question)
 {
-    journal_.append("yes or no: " + question);
+    write_down("yes or no: " + question);
     return next_answer(question);
 }
 
 bool RecordingPrompts::ok_cancel(const QString &question)
 {
-    journal_.append("OK or cancel: " + question);
+    write_down("OK or cancel: " + question);
     return next_answer(question);
 }
 
 QString RecordingPrompts::open_file(const FileChoice &choice)
 {
-    journal_.append("open file: " + choice.filter + " in " + choice.folder);
+    write_down("open file: " + choice.filter + " in " + choice.folder);
     return next_text(choice.filter);
 }
 
 QString RecordingPrompts::save_file(const FileChoice &choice)
 {
-    journal_.append("save file: " + choice.filter + " in " + choice.folder);
+    write_down("save file: " + choice.filter + " in " + choice.folder);
     return next_text(choice.filter);
 }
 
 QString RecordingPrompts::input(const QString &question)
 {
-    journal_.append("input: " + question);
+    write_down("input: " + question);
     return next_text(question);
 }
 
 void RecordingPrompts::run_time_error(const QString &report)
 {
-    journal_.append("run-time error: " + report);
+    write_down("run-time error: " + report);
 }

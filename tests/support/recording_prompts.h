@@ -5,6 +5,8 @@
 #include <QStringList>
 
 #include <deque>
+#include <functional>
+#include <utility>
 
 /// Prompts that write each box's kind and exact text into a journal that other doubles share, and
 /// answer from a queue. A question without an answer fails the test and counts as Cancel; so does
@@ -19,6 +21,9 @@ public:
     void will_answer(std::initializer_list<bool> answers);
     void will_answer(const QString &typed_or_chosen) { texts_.push_back(typed_or_chosen); }
 
+    /// Runs after each box, when it is in the journal.
+    void after_each_box(std::function<void()> action) { after_each_ = std::move(action); }
+
     void notice(const QString &text, NoticeIcon icon) override;
     bool yes_no(const QString &question) override;
     bool ok_cancel(const QString &question) override;
@@ -29,10 +34,12 @@ public:
     void run_time_error(const QString &report) override;
 
 private:
+    void write_down(const QString &box);
     bool next_answer(const QString &question);
     QString next_text(const QString &question);
 
     QStringList &journal_;
+    std::function<void()> after_each_;
     std::deque<bool> answers_;
     std::deque<QString> texts_;
 };

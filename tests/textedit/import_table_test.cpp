@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFile>
+#include <QTableView>
 #include <QTest>
 
 namespace
@@ -91,6 +92,36 @@ TEST_F(ImportTable, TakesAFileFromTheLastItemOnWithoutTheLast)
     EXPECT_FALSE(please_wait_is_open());
     EXPECT_FALSE(import_window_is_open());
     EXPECT_EQ(text("progress_text"), "");
+}
+
+/// How many rows a grid has whenever it is painted.
+class Paintings : public QObject
+{
+public:
+    explicit Paintings(QTableView &grid) : grid_(grid)
+    {
+        grid.viewport()->installEventFilter(this);
+    }
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            rows.append(grid_.model()->rowCount());
+        return false;
+    }
+    QList<int> rows;
+
+private:
+    QTableView &grid_;
+};
+
+TEST_F(ImportTable, ShowsItsRowsWhileTheyCome)
+{
+    manipulator();
+    table();
+    const Paintings paintings(tool<QTableView>("MSFlexGrid1"));
+    import("a@x,b@x,c@x,d@x,e@x");
+    EXPECT_TRUE(paintings.rows.contains(1));
+    EXPECT_EQ(table().size(), 4);
 }
 
 TEST_F(ImportTable, BreaksLinesAtBlanksAndKeepsTheirWords)

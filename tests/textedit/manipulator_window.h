@@ -65,6 +65,7 @@ protected:
                     "Run-time error '" + std::to_string(number) + "'");
     }
 
+public:
     static const QString large_files;
     static const QString put_into_format;
     static const QString only_from_a_file;

@@ -60,6 +60,22 @@ TEST_F(ViewBox, ReplaceTakesAPastedLineBreak)
     EXPECT_EQ(box_text("Text3"), "a@x,b@x,");
 }
 
+TEST_F(ViewBox, ReplaceTakesTextsOfAnyLength)
+{
+    const QString wanted(40'000, 'x');
+    set_box_text("Text3", "a" + wanted + "b");
+    for (const char *box : {"Text1", "Text2", "Text6"}) {
+        auto &line = tool<QLineEdit>(box);
+        QApplication::clipboard()->setText(wanted + box);
+        line.paste();
+        EXPECT_EQ(line.text().size(), wanted.size() + 5) << box;
+    }
+    tool<QLineEdit>("Text1").setText(wanted);
+    tool<QLineEdit>("Text2").setText("-");
+    press("Command1");
+    EXPECT_EQ(box_text("Text3"), "a-b");
+}
+
 TEST_F(ViewBox, NextLineDropsTheItemBehindTheLastComma)
 {
     set_box_text("Text3", "A,B,C");

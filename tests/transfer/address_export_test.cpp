@@ -1,8 +1,11 @@
+#include "tests/transfer/pdf_text.h"
 #include "tests/transfer/transfer_room.h"
 #include "transfer/address_export.h"
+#include "transfer/address_print.h"
 #include "transfer/grid_export.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -22,7 +25,7 @@ protected:
     void save_grid_to(const QString &path)
     {
         prompts.will_answer(path);
-        save_grid(Data2, prompts);
+        save_grid({Data2, prompts, *this});
     }
 };
 
@@ -85,6 +88,61 @@ TEST_F(Exporting, WithoutAFileAndWithoutRowsIsFinished)
     EXPECT_EQ(journal.last(), "notice: Finished!");
 }
 
+TEST_F(Exporting, OpensItsFileBeforeItTurnsToTheWholeList)
+{
+    show(Data2, "select * from master where email like 'a*'");
+    EXPECT_EQ(number_of([&] { export_to(home.file("none/list.csv")); }),
+              error_number::path_not_found);
+    EXPECT_EQ(Data2.record_source().text(), "select * from master where email like 'a*'");
+}
+
+TEST_F(Exporting, WithoutADatabaseFailsAndLeavesWhatWasThere)
+{
+    DataConnection none(engine);
+    write_file(file, "what was there");
+    prompts.will_answer(file);
+    EXPECT_NE(
+        number_of([&] {
+            export_addresses({none, prompts, *this}, "All Files (*.*)|*.*", "select * from master");
+        }),
+        0);
+    EXPECT_EQ(content(file), "what was there");
+}
+
+qint64 peak_memory()
+{
+    rusage used{};
+    getrusage(RUSAGE_SELF, &used);
+    return used.ru_maxrss * 1024;
+}
+
+class NobodyIsTold : public ProgressReport
+{
+    void tell(const QString &, qint64, qint64) override {}
+    void clear() override {}
+    void note(const QString &) override {}
+};
+
+TEST_F(Exporting, TakesNoMoreMemoryForALongList)
+{
+    constexpr qint64 cache = 16 << 20; // bytes that the database may keep of its file
+    run_sql(path(), "with recursive n(i) as (select 1 union all select i + 1 from n where i < "
+                    "100000) insert into master(email) select i || '@' || hex(zeroblob(250)) "
+                    "from n");
+    NobodyIsTold nobody;
+    prompts.will_answer(file);
+    prompts.will_answer(home.file("grid.csv"));
+    const qint64 before = peak_memory();
+    export_addresses({Data2, prompts, nobody}, "All Files (*.*)|*.*", "select * from master");
+    save_grid({Data2, prompts, nobody});
+    EXPECT_GT(QFileInfo(file).size(), 50'000'000);
+#ifndef __SANITIZE_ADDRESS__ // which keeps for a while what has been freed
+    EXPECT_LT(peak_memory() - before, cache + 4'000'000);
+#else
+    EXPECT_GT(before, 0);
+#endif
+}
+
 TEST_F(Exporting, ToAPlaceThatCannotBeWrittenFails)
 {
     EXPECT_EQ(number_of([&] { export_to(home.file("none/list.csv")); }),
@@ -121,6 +179,26 @@ TEST_F(Exporting, DoesNotReplaceTheDatabase)
     EXPECT_EQ(walk(Data2, "email"), QStringList{"a@x.org"});
 }
 
+class Printing : public TransferRoom
+{
+protected:
+    const QString file = home.file("out.pdf");
+
+    void print_to(const PrinterMaker &printer)
+    {
+        print_addresses({Data2, prompts, *this}, printer);
+    }
+};
+
+TEST_F(Printing, TellsHowFarItIs)
+{
+    run_sql(path(), "insert into email(email) values ('b@x.org'), ('a@x.org')");
+    print_to(pdf_printer(file));
+    EXPECT_EQ(pdf_pages(file), (QList<QStringList>{{"b@x.org", "a@x.org"}}));
+    EXPECT_EQ(told, (QStringList{"Address 1 of 2", "Address 2 of 2", "clear"}));
+    EXPECT_EQ(journal, QStringList{"notice: Finished!"});
+}
+
 class SavingTheGrid : public Exporting
 {
 };
@@ -132,6 +210,7 @@ TEST_F(SavingTheGrid, WritesHeadingsAndRows)
     show(Data2, "master");
     save_grid_to(file);
     EXPECT_EQ(content(file), "email,name\r\nb@x.org,\"Hill, Bob\"\r\na@x.org,\r\n");
+    EXPECT_EQ(told, (QStringList{"Row 1 of 2", "Row 2 of 2", "clear"}));
     EXPECT_EQ(journal, QStringList{"save file: Comma Seperated Values files (*.CSV)|*.CSV in "});
 }
 
@@ -164,7 +243,7 @@ TEST_F(SavingTheGrid, WithoutADatabaseWritesAnEmptyLine)
 {
     DataConnection none(engine);
     prompts.will_answer(file);
-    save_grid(none, prompts);
+    save_grid({none, prompts, *this});
     EXPECT_EQ(content(file), "\r\n");
 }
 
@@ -172,5 +251,6 @@ TEST_F(SavingTheGrid, CancelledDoesNothing)
 {
     save_grid_to({});
     EXPECT_EQ(QDir(home.path()).entryList(QDir::Files), QStringList());
+    EXPECT_EQ(told, QStringList());
 }
 } // namespace

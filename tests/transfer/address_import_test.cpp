@@ -1,14 +1,20 @@
+#include "platform/long_text_box.h"
+#include "platform/words.h"
+#include "tests/support/turn_journal.h"
 #include "tests/transfer/transfer_room.h"
 #include "transfer/address_import.h"
+#include "transfer/import_items.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDir>
-#include <QLabel>
-#include <QPlainTextEdit>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
 #include <QTimer>
 
 #include <functional>
+#include <new>
 #include <sys/stat.h>
 
 namespace
@@ -65,6 +71,18 @@ protected:
         qApp->installEventFilter(this_filter_.get());
     }
     QWidget *import_window() const { return parent.findChild<QWidget *>("frmIMport"); }
+    LongTextBox &box() const { return *import_window()->findChild<LongTextBox *>("Text1"); }
+
+    /// The line on the screen that ends before the empty one behind the text's last line break, or
+    /// the last characters of a text without one, once a person has scrolled there.
+    QString seen_at_the_end() const
+    {
+        QApplication::processEvents();
+        QTest::keyClick(&box(), Qt::Key_End, Qt::ControlModifier);
+        QApplication::processEvents();
+        QTextBlock last = box().cursorForPosition(box().viewport()->rect().bottomRight()).block();
+        return last.text().isEmpty() ? last.previous().text() : last.text().right(40);
+    }
 
 private:
     class Filter : public QObject
@@ -176,7 +194,7 @@ TEST_F(Importing, OfAFileWithoutAnAddressFailsWithItsWindowsOpen)
         import_text(text);
         EXPECT_EQ(journal, failed) << text.toStdString();
         EXPECT_EQ(open_windows(), both);
-        EXPECT_EQ(window.text(), "");
+        EXPECT_EQ(box().text(), "");
         journal.clear();
     }
     EXPECT_EQ(stored(), QStringList());
@@ -221,7 +239,7 @@ TEST_F(Importing, WithoutARecordSetThatTakesRowsFails)
     import_text("a@x.org,b@x.org");
     EXPECT_EQ(journal, failed);
     EXPECT_EQ(open_windows(), both);
-    EXPECT_EQ(window.text(), "a@x.org,b@x.orga@x.org\r\n");
+    EXPECT_EQ(box().text(), "a@x.org,b@x.orga@x.org\r\n");
     EXPECT_EQ(stored(), QStringList());
 }
 
@@ -290,20 +308,57 @@ TEST_F(Importing, AfterAFailureUsesTheOpenWindows)
     EXPECT_EQ(parent.findChildren<QWidget *>("frmIMport").size(), 0);
 }
 
+TEST_F(Importing, GivesATurnBeforeAndAfterPleaseWaitAndThenStores)
+{
+    const TurnJournal turns(journal, {"frmIMport", "PleaseWait"});
+    QObject::connect(&Data2, &DataConnection::rows_changed, [this] { journal.append("row"); });
+    import_text("a@x.org,b@x.org,c@x.org");
+    EXPECT_EQ(journal,
+              all_well + QStringList({"frmIMport", "turn", "PleaseWait", "turn", "row", "row"}));
+}
+
+// Memory that runs out is an error, too.
+TEST_F(Importing, WithoutMemoryForItFails)
+{
+    prompts.after_each_box([this] {
+        if (journal == all_well)
+            throw std::bad_alloc();
+    });
+    import_addresses({Data2, prompts, please_wait, window, *this});
+    EXPECT_EQ(journal, failed);
+    EXPECT_EQ(stored(), QStringList());
+}
+
+TEST_F(Importing, PassesOverMemoryThatRunsOutLater)
+{
+    QObject::connect(&Data2, &DataConnection::rows_changed, [] { throw std::bad_alloc(); });
+    import_text("a@x.org,b@x.org,end@x.org");
+    EXPECT_EQ(journal, all_well);
+    EXPECT_EQ(stored(), (QStringList{"b@x.org", "a@x.org"}));
+    EXPECT_EQ(open_windows(), neither);
+}
+
+TEST_F(Importing, ASaveToAPlaceThatCannotBeWrittenFails)
+{
+    import_text("Ann");
+    prompts.will_answer(home.file("none/saved.txt"));
+    EXPECT_EQ(number_of([this] { window.SaveAs_Click(); }), error_number::path_not_found);
+}
+
 TEST_F(Importing, ShowsItsWindowInTheTurnOfTheEventLoop)
 {
     QString title;
-    QString box;
+    QString text;
     bool modal = true;
     when_window_shows([&] {
         title = import_window()->windowTitle();
         modal = import_window()->isModal();
-        box = import_window()->findChild<QPlainTextEdit *>("Text1")->toPlainText();
+        text = box().toPlainText();
     });
     import_text("Ann a@x.org\r\nb@x.org\r\n");
     EXPECT_EQ(title, "Import Into Ostrix");
     EXPECT_FALSE(modal);
-    EXPECT_EQ(box, "Ann,a@x.org,b@x.org");
+    EXPECT_EQ(text, "Ann,a@x.org,b@x.org");
 }
 
 TEST_F(Importing, SavesItsTextMeanwhile)
@@ -327,15 +382,12 @@ TEST_F(Importing, SavesTheWholeTextAfterAFailure)
     for (int i = 0; i < 3000; ++i)
         line += QByteArray("j\xC3\xBCrgen") + QByteArray::number(i) + "@x.org,";
     import_text(line + "end@x.org");
-    const auto *box = import_window()->findChild<QPlainTextEdit *>("Text1");
-    const auto *note = import_window()->findChild<QLabel *>("shown_part");
-    EXPECT_EQ(box->toPlainText().size(), 20'000);
-    EXPECT_TRUE(note->isVisibleTo(import_window()));
-    EXPECT_EQ(note->text(),
-              "Only the first 20,000 characters are shown. \"Save As\" saves all of them.");
+    const QByteArray expected = line + "end@x.orgj\xC3\xBCrgen2999@x.org\r\n";
+    EXPECT_EQ(box().text(), QString::fromUtf8(expected));
+    EXPECT_TRUE(seen_at_the_end().endsWith(QStringLiteral("end@x.orgj\u00FCrgen2999@x.org")));
     prompts.will_answer(home.file("saved.txt"));
     import_window()->findChild<QAction *>("SaveAs")->trigger();
-    EXPECT_EQ(content(home.file("saved.txt")), line + "end@x.orgj\xC3\xBCrgen2999@x.org\r\n\r\n");
+    EXPECT_EQ(content(home.file("saved.txt")), expected + "\r\n");
 }
 
 TEST_F(Importing, ASaveThatIsCancelledDoesNothing)
@@ -365,27 +417,85 @@ TEST_F(Importing, GoesOnAfterAnotherImportMeanwhile)
     EXPECT_EQ(open_windows(), neither);
 }
 
-TEST_F(Importing, TheBoxShowsAppendedItemsWhileThereIsRoom)
+// A text box of old held 32,767 characters and less than 64 K.
+TEST_F(Importing, ShowsTheWholeTextAtEveryStage)
 {
-    const QString text = "c,b,12345678," + QString("a").repeated(19'977); // 10 characters are left
-    window.show_items(ImportItems(text));
-    const auto *box = import_window()->findChild<QPlainTextEdit *>("Text1");
-    const auto *note = import_window()->findChild<QLabel *>("shown_part");
-    window.append_item(2);
-    EXPECT_TRUE(box->toPlainText().endsWith("a12345678\n"));
-    EXPECT_FALSE(note->isVisibleTo(import_window()));
-    window.append_item(1);
-    EXPECT_TRUE(box->toPlainText().endsWith("a12345678\n"));
-    EXPECT_TRUE(note->isVisibleTo(import_window()));
-    window.append_item(0);
-    EXPECT_EQ(window.text(), text + "12345678\r\nb\r\nc\r\n");
+    for (const qsizetype size : {1'000, 32'767, 32'768, 65'536, 300'000}) {
+        QString text = "Ann a@x.org\nBob\n";
+        for (int i = 0; text.size() + 30 < size; ++i)
+            text += QString("reader%1@example.org\r\n").arg(i);
+        text += QString("z").repeated(size - text.size() - 12) + ",end@x.org\n";
+        int stages = 0;
+        import_items(text, [&](const QString &stage) {
+            ++stages;
+            window.show_text(stage);
+            EXPECT_TRUE(box().text() == with_cr_lf(stage)) << stages << " of " << size;
+            QApplication::processEvents();
+            EXPECT_TRUE(box().toPlainText().startsWith(stage.left(20))) << stages;
+            EXPECT_TRUE(seen_at_the_end().endsWith("end@x.org") ||
+                        seen_at_the_end().endsWith("end@x.org,"))
+                << stages << " of " << size << seen_at_the_end().toStdString();
+            EXPECT_TRUE(box().text() == with_cr_lf(stage)) << stages << " of " << size;
+        });
+        EXPECT_EQ(stages, 4);
+    }
 }
 
-TEST_F(Importing, TheBoxDoesNotTearACharacterOfTwoUnits)
+TEST_F(Importing, ShowsEveryItemAsItIsAppended)
 {
-    window.show_text(QString("a").repeated(19'999) + QStringLiteral("\U0001F600") + "b");
-    EXPECT_EQ(import_window()->findChild<QPlainTextEdit *>("Text1")->toPlainText(),
-              QString("a").repeated(19'999));
+    QStringList list;
+    for (int i = 0; i <= 3'000; ++i)
+        list.append(QString("reader%1@example.org").arg(i));
+    const ImportItems items(list.join(','));
+    window.show_text(items.text());
+    QString expected = items.text();
+    for (qsizetype number = items.highest() - 1; number >= 0; --number) {
+        window.append_item(items, number);
+        expected += list[number] + "\r\n";
+        if (number % 500 == 0 || number > 2'990) { // a turn of the event loop in between
+            ASSERT_TRUE(seen_at_the_end().endsWith(list[number])) << number;
+            ASSERT_TRUE(box().text() == expected) << number;
+        }
+    }
+    EXPECT_EQ(seen_at_the_end(), "reader0@example.org");
+    EXPECT_EQ(box().cursorForPosition({0, 6}).block().text().left(6), "reader");
+    EXPECT_TRUE(box().text() == expected);
+}
+
+TEST_F(Importing, AppendedItemsLeaveAPersonWhereTheyRead)
+{
+    const ImportItems items(QString(1'000, 'x') + ",b,a");
+    window.show_text(items.text());
+    QApplication::processEvents();
+    EXPECT_EQ(box().toPlainText(), items.text());
+    window.append_item(items, 1);
+    window.append_item(items, 0);
+    EXPECT_EQ(box().text(), items.text() + "b\r\n" + QString(1'000, 'x') + "\r\n");
+    QApplication::processEvents();
+    EXPECT_EQ(box().toPlainText(), items.text() + "b\n" + QString(1'000, 'x') + "\n");
+    EXPECT_EQ(box().verticalScrollBar()->value(), 0);
+}
+
+TEST_F(Importing, TheBoxIsReadAndNotTypedInto)
+{
+    window.show_text("a@x.org");
+    QApplication::processEvents();
+    box().setFocus();
+    QTest::keyClicks(&box(), "typed");
+    EXPECT_EQ(box().text(), "a@x.org");
+    EXPECT_TRUE(box().isReadOnly());
+}
+
+TEST_F(Importing, SavesALongTextAsItIs)
+{
+    // The pieces in which it is written end between the halves of a character, and in a line break.
+    const QString text = QString((1 << 20) - 1, 'x') + QStringLiteral("\U0001F600\u2029") +
+                         QString((1 << 20) - 4, 'y') + "\nz";
+    window.show_text(text);
+    prompts.will_answer(home.file("saved.txt"));
+    import_window()->findChild<QAction *>("SaveAs")->trigger();
+    EXPECT_TRUE(content(home.file("saved.txt")) ==
+                QString(text).replace("\n", "\r\n").toUtf8() + "\r\n");
 }
 
 TEST_F(Importing, GoesOnAfterAnotherImportMeanwhileThatFailed)

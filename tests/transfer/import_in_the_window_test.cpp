@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QFileDialog>
-#include <QLabel>
 #include <QMenuBar>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -97,8 +96,6 @@ TEST_F(ImportCommand, WindowHasItsMenu)
     const auto titles = window_named("frmIMport")->findChild<QMenuBar *>()->actions();
     ASSERT_EQ(titles.size(), 1);
     EXPECT_EQ(titles[0]->text(), "File");
-    const auto *label = window_named("frmIMport")->findChild<QLabel *>("shown_part");
-    EXPECT_EQ(label->textFormat(), Qt::PlainText);
 }
 
 TEST_F(ImportCommand, OfAThousandAddressesIsOneRowAtATime)

@@ -15,8 +15,8 @@ protected:
     {
         LinePrinter job(pdf_printer(file)());
         for (const QString &line : lines)
-            job.print_line(line);
-        job.finish();
+            job.add_line(line);
+        job.print();
         return pdf_pages(file);
     }
 
@@ -54,10 +54,10 @@ TEST_F(PrintedLines, ThatAreTooWideGoOnInTheNextRow)
 
 TEST_F(PrintedLines, AreOneLineEach)
 {
-    const auto pages = print({QStringLiteral("a@x\r\nb@x\tc\u2029d"), "", "e@x"});
+    const auto pages = print({QStringLiteral("a@x\r\nb@x\tc\u2029d\u202Ee"), "", "e@x"});
     ASSERT_EQ(pages.size(), 1);
     ASSERT_EQ(pages[0].size(), 2);
-    EXPECT_EQ(pages[0][0].simplified(), "a@x b@x c d");
+    EXPECT_EQ(pages[0][0].simplified(), "a@x b@x c d e");
     EXPECT_EQ(pages[0][1], "e@x");
 }
 
@@ -65,6 +65,29 @@ TEST_F(PrintedLines, NeedAPrinter)
 {
     EXPECT_EQ(number_of([] { LinePrinter job(default_printer()); }), error_number::printer_error);
     const auto nowhere = pdf_printer("/no/such/folder/out.pdf");
-    EXPECT_EQ(number_of([&] { LinePrinter job(nowhere()); }), error_number::printer_error);
+    LinePrinter job(nowhere());
+    EXPECT_EQ(number_of([&] { job.print(); }), error_number::printer_error);
+}
+
+TEST_F(PrintedLines, OfAJobThatIsGivenUpAreNone)
+{
+    {
+        LinePrinter job(pdf_printer(file)());
+        for (int i = 0; i < 1'000; ++i) // some pages
+            job.add_line("reader@example.org");
+    }
+    EXPECT_FALSE(QFile::exists(file));
+}
+
+TEST_F(PrintedLines, AreToldAsTheyArePrinted)
+{
+    LinePrinter job(pdf_printer(file)());
+    for (const char *line : {"a@x", "", "c@x"})
+        job.add_line(line);
+    QStringList told;
+    job.print([&told](qint64 done, qint64 total) {
+        told.append(QString("%1 of %2").arg(done).arg(total));
+    });
+    EXPECT_EQ(told, (QStringList{"1 of 3", "2 of 3", "3 of 3"}));
 }
 } // namespace

@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """smtp_server.py FOLDER [--tls CERTIFICATE KEY | --starttls CERTIFICATE KEY] [--sign-on] [--size BYTES]
+               [--pipelining]
 
 A mail server for a test, on a free port of 127.0.0.1, which it prints. Each message that it takes is
-FOLDER/N.eml with its envelope in FOLDER/N.json. Recipients that begin with "bad" are refused, with "later"
+FOLDER/N.eml with its envelope in FOLDER/N.json. It hears one line after the other, however many come at
+once; with --pipelining it says so (RFC 2920). Recipients that begin with "bad" are refused, with "later"
 refused for the moment, with "second" refused for the moment the first time. It ends when its input ends.
 """
 import argparse
@@ -23,12 +25,18 @@ arguments.add_argument("--tls", nargs=2)
 arguments.add_argument("--starttls", nargs=2)
 arguments.add_argument("--sign-on", action="store_true")
 arguments.add_argument("--size", type=int, default=30_000_000)
+arguments.add_argument("--pipelining", action="store_true")
 options = arguments.parse_args()
 
 
 class Handler:
     taken = 0
     seen = set()
+
+    async def handle_EHLO(self, server, session, envelope, hostname, responses):
+        session.host_name = hostname
+        more = ["250-PIPELINING"] if options.pipelining else []
+        return responses[:-1] + more + responses[-1:]
 
     async def handle_RCPT(self, server, session, envelope, address, _options):
         if address.startswith("bad"):

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHostAddress>
 #include <QList>
 #include <QString>
 
@@ -47,7 +48,8 @@ class StubServer
 public:
     using Script = std::function<void(StubLine &line)>;
 
-    explicit StubServer(Script script);
+    /// @param place  where it listens, instead of at 127.0.0.1
+    explicit StubServer(Script script, const QHostAddress &place = QHostAddress::LocalHost);
     ~StubServer();
     StubServer(const StubServer &) = delete;
     StubServer &operator=(const StubServer &) = delete;
@@ -63,6 +65,7 @@ private:
     void serve(QSslSocket &socket);
 
     Script script_;
+    QHostAddress place_;
     std::atomic<quint16> port_ = 0;
     std::atomic<int> lines_ = 0;
     std::atomic<bool> is_to_stop_ = false;
