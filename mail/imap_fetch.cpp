@@ -74,7 +74,7 @@ public:
     }
 
 private:
-    const QByteArray &piece() const { return response_.pieces[piece_]; }
+    const QByteArray &piece() const { return response_.pieces.at(piece_); }
 
     static ImapValue text(QByteArray bytes)
     {

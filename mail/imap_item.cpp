@@ -101,11 +101,13 @@ void ImapItem::begin_asking()
 {
     is_asked_ = true;
     has_answer_ = false;
+    is_unreadable_ = false;
 }
 
 // Another program's change of a flag comes as a FETCH too: it has nothing of what was asked for.
 qint64 ImapItem::take(ImapFetch fetch)
 {
+    is_unreadable_ = is_unreadable_ || fetch.is_cut;
     if (fetch.structure && want_ == Want::Outline) {
         structure_ = std::move(fetch.structure);
         structure_held_ = fetch.structure_size;
@@ -175,7 +177,7 @@ qint64 ImapItem::held() const
     return bytes_.size() + structure_held_ + (outline_ ? outline_->held() : 0) + contents_held_;
 }
 
-// An answer that cannot be read looks like none, but only a structure can make it so.
+// An answer that cannot be read may look like none; it need not even tell which message it is of.
 void ImapItem::settle(const QString &refusal)
 {
     is_asked_ = false;
@@ -187,7 +189,8 @@ void ImapItem::settle(const QString &refusal)
         want_beginning();
     } else {
         want_ = Want::Nothing;
-        is_gone_ = true;
+        is_gone_ = !is_unreadable_;
+        refusal_ = is_gone_ ? QString() : QStringLiteral("the server's answer cannot be read");
     }
 }
 

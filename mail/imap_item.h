@@ -71,7 +71,8 @@ private:
     Want want_ = Want::Nothing;
     bool is_on_demand_ = false;
     bool is_asked_ = false;
-    bool has_answer_ = false; // to what was asked last
+    bool has_answer_ = false;    // to what was asked last
+    bool is_unreadable_ = false; // that answer
     bool has_header_ = false;
     bool is_gone_ = false;
     QByteArray bytes_; // the whole message, or its header

@@ -33,6 +33,7 @@ struct Script
     qint64 size = 50'000;
     std::function<QByteArray(int uid)> structure;
     QByteArray text; // of a part; empty for one that tells its number
+    QByteArray beginning = literal(whole);
     std::function<QByteArray(int uid, const QByteArray &request)> refusal = [](int, QByteArray) {
         return QByteArray();
     };
@@ -62,11 +63,12 @@ QByteArray data_of(const Script &script, int uid, const QByteArray &request)
     QByteArray data;
     for (const QByteArray &word : request.split(' ')) {
         const QByteArray section = word.sliced(10, word.indexOf(']') - 10);
-        data += " BODY[" + section + "] " +
-                literal(section.isEmpty()           ? whole
-                        : section.endsWith(".MIME") ? "Content-Type: text/plain\r\n\r\n"
-                        : !script.text.isEmpty()    ? script.text
-                                                    : "text of " + section + "\r\n");
+        data += " BODY[" + section + "] ";
+        data += section.isEmpty()
+                    ? script.beginning
+                    : literal(section.endsWith(".MIME") ? "Content-Type: text/plain\r\n\r\n"
+                              : !script.text.isEmpty()  ? script.text
+                                                        : "text of " + section + "\r\n");
     }
     return data;
 }
@@ -200,7 +202,7 @@ TEST_F(HostileStructure, OfManyValuesIsNotHeapedUp)
     Script script;
     script.count = 4;
     script.structure = always("(\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1 NIL (" +
-                              QByteArray("a ").repeated(2'000'000) + "))");
+                              QByteArray("a ").repeated(1'000'000) + "))");
     const qint64 before = peak_memory();
     EXPECT_EQ(texts(script).count("text of 1\r\n"), 4);
     expect_no_more_than(150, before);
@@ -339,5 +341,18 @@ TEST_F(HostileStructure, CostsItsOwnMessageAloneWhereTheServerTakesNoCommandForI
     EXPECT_EQ(
         texts(script),
         (QStringList{"its text\r\n", "reading message 2: Error in IMAP command", "its text\r\n"}));
+}
+TEST_F(HostileStructure, IsNoReasonToTakeAMessageForGone)
+{
+    Script script;
+    script.structure = always("(\"never ended)");
+    script.beginning = "\"never ended";
+    QStringList expected;
+    for (const char *number : {"1", "2", "3"})
+        expected +=
+            QStringLiteral("reading message %1: the server's answer cannot be read").arg(number);
+    EXPECT_EQ(texts(script), expected);
+    script.size = 60;
+    EXPECT_EQ(texts(script), expected);
 }
 } // namespace
