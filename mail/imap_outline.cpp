@@ -10,11 +10,9 @@
 
 namespace
 {
+constexpr int most_parts = 1'000; // as many as are looked at in a whole message
 const QByteArray line_end = "\r\n";
 const QByteArray mime = ".MIME";
-constexpr int most_parts = 1'000;
-// Servers take commands of 8,000 bytes (RFC 2683 3.2.1.5); the messages are named there, too.
-constexpr qsizetype longest_request = 4'000;
 
 bool is_token(const QByteArray &text)
 {
@@ -77,41 +75,43 @@ std::size_t place_of_disposition(const QByteArray &type)
 std::optional<ImapOutline> ImapOutline::read(const ImapValue &structure, const QByteArray &header)
 {
     const bool is_multipart = !structure.items.empty() && structure.items.front().is_list();
-    int left = most_parts;
-    auto root = read_part(structure, is_multipart ? QByteArray() : QByteArray("1"), left);
+    ImapOutline outline;
+    auto root = outline.read_part(structure, is_multipart ? QByteArray() : QByteArray("1"));
     if (!root)
         return std::nullopt;
-    ImapOutline outline;
+    // What the server takes for a header without end may be the text.
+    if (root->kind == Kind::Leaf && root->size == 0)
+        return std::nullopt;
     outline.root_ = std::move(*root);
     outline.header_ = fields_alone(header);
     // So that no content can hold it: nobody knows it before.
     outline.boundary_ = QByteArray::number(QRandomGenerator::system()->generate64(), 36);
     outline.choose_sections();
-    return outline.length_of_request() > longest_request ? std::nullopt : std::optional(outline);
+    return outline;
 }
 
 std::optional<ImapOutline::Part> ImapOutline::read_part(const ImapValue &structure,
-                                                        const QByteArray &section, int &left)
+                                                        const QByteArray &section)
 {
-    if (!structure.is_list() || structure.items.empty() || left-- == 0)
+    if (!structure.is_list() || structure.items.empty() || ++parts_ > most_parts)
         return std::nullopt;
     if (structure.items.front().is_list())
-        return read_multipart(structure, section, left);
+        return read_multipart(structure, section);
     const Part leaf = read_leaf(structure, section);
     if (leaf.type == "message/rfc822" && structure.items.size() > 8)
-        return read_message(structure, section, left);
+        return read_message(structure, section);
     return leaf;
 }
 
 std::optional<ImapOutline::Part> ImapOutline::read_multipart(const ImapValue &structure,
-                                                             const QByteArray &section, int &left)
+                                                             const QByteArray &section)
 {
     Part part;
     part.kind = Kind::Multipart;
     part.section = section;
     std::size_t next = 0;
     for (; next < structure.items.size() && structure.items[next].is_list(); ++next) {
-        auto inner = read_part(structure.items[next], below(section, next + 1), left);
+        auto inner = read_part(structure.items[next], below(section, next + 1));
         if (!inner)
             return std::nullopt;
         part.parts.push_back(std::move(*inner));
@@ -135,11 +135,11 @@ qint64 ImapOutline::size_of_leaves(const Part &part)
 }
 
 std::optional<ImapOutline::Part> ImapOutline::read_message(const ImapValue &structure,
-                                                           const QByteArray &section, int &left)
+                                                           const QByteArray &section)
 {
     const ImapValue &content = structure.items[8];
     const bool is_multipart = !content.items.empty() && content.items.front().is_list();
-    auto inner = read_part(content, is_multipart ? section : below(section, 1), left);
+    auto inner = read_part(content, is_multipart ? section : below(section, 1));
     if (!inner)
         return std::nullopt;
     Part part = read_leaf(structure, section);
@@ -180,15 +180,6 @@ qint64 ImapOutline::size_of(const QByteArray &section) const
 {
     const Part *part = find(root_, section);
     return part == nullptr ? 0 : part->size;
-}
-
-qsizetype ImapOutline::length_of_request() const
-{
-    constexpr qsizetype round_each = sizeof "BODY.PEEK[] " - 1;
-    return std::accumulate(sections_.begin(), sections_.end(), qsizetype(0),
-                           [](qsizetype length, const QByteArray &section) {
-                               return length + section.size() + round_each;
-                           });
 }
 
 // Of a leaf: what decides whether it is the text. An enclosed message that the server does not look

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mail/imap_response.h"
+#include "mail/imap_fetch.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -18,9 +18,8 @@ class ImapOutline
 {
 public:
     /// @param header  the header fields that a row needs, and those that describe the content
-    /// @return nothing when the structure cannot be used: it makes no sense, has more than 1,000
-    /// parts, of which read_mime_parts() would not look at the rest, or so many reports that no
-    /// server would let all their sections be asked for at once.
+    /// @return nothing when the structure cannot be used, or has more than the 1,000 parts that are
+    /// looked at in a message.
     static std::optional<ImapOutline> read(const ImapValue &structure, const QByteArray &header);
 
     /// The sections to fetch: of every part that is needed its header ("1.2.MIME", but for the only
@@ -28,6 +27,8 @@ public:
     const QByteArrayList &sections() const { return sections_; }
     /// How many bytes a content has, as the structure tells; 0 for a header.
     qint64 size_of(const QByteArray &section) const;
+    /// How many bytes it takes in memory, about.
+    qint64 held() const { return parts_ * bytes_of_part + header_.size(); }
 
     using Content = std::function<QByteArray(const QByteArray &section)>;
     /// The message with what `content` gives for the sections; all other parts are empty.
@@ -48,24 +49,22 @@ private:
     };
     using Leaf = std::function<QByteArray(const Part &part)>;
 
-    // Each counts its parts from `left` down.
-    static std::optional<Part> read_part(const ImapValue &structure, const QByteArray &section,
-                                         int &left);
-    static std::optional<Part> read_multipart(const ImapValue &structure, const QByteArray &section,
-                                              int &left);
-    static std::optional<Part> read_message(const ImapValue &structure, const QByteArray &section,
-                                            int &left);
+    static constexpr qint64 bytes_of_part = 256; // with its texts and its sections
+
+    std::optional<Part> read_part(const ImapValue &structure, const QByteArray &section);
+    std::optional<Part> read_multipart(const ImapValue &structure, const QByteArray &section);
+    std::optional<Part> read_message(const ImapValue &structure, const QByteArray &section);
     static qint64 size_of_leaves(const Part &part);
     static Part read_leaf(const ImapValue &structure, const QByteArray &section);
     static const Part *find(const Part &part, QByteArrayView section);
     static QByteArray short_header(const Part &part);
     bool is_single() const { return root_.kind == Kind::Leaf; }
     void choose_sections();
-    qsizetype length_of_request() const;
     QByteArray trial() const;
     void write(const Part &part, const Leaf &leaf, QByteArray &message) const;
 
     Part root_;
+    int parts_ = 0;
     QByteArray header_; // the fields, each with its line end
     QByteArray boundary_;
     QByteArrayList sections_;

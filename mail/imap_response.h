@@ -1,12 +1,10 @@
 #pragma once
 
 #include <QByteArray>
-#include <QDateTime>
 #include <QList>
 #include <QString>
 
 #include <optional>
-#include <utility>
 #include <vector>
 
 class ServerConnection;
@@ -20,7 +18,7 @@ struct ImapResponse
     /// cut.
     QList<QByteArray> pieces;
     QList<QByteArray> literals;
-    /// Whether it went on behind the 10,000th literal; what did was passed over.
+    /// Whether there was more of it than is kept: it ends where that begins.
     bool is_cut = false;
 
     bool is_untagged() const { return tag == "*"; }
@@ -34,49 +32,11 @@ struct ImapResponse
 };
 
 /// Reads the next response. Literals may stand anywhere but in status responses, whose text may
-/// look like one.
-/// @throws RuntimeError 32000 through the connection when it is beyond all measure: a line of 8
-/// MiB, a literal or a response of 96 MiB.
+/// look like one. An untagged one of more than 8 MiB in a line, 96 MiB in all or 10,000 literals is
+/// cut there: whoever writes a message can make its structure of any length.
+/// @throws RuntimeError 32000 through the connection when it is beyond all measure: a literal of 96
+/// MiB, another line of 8 MiB, 1 GiB that is passed over.
 ImapResponse read_imap_response(ServerConnection &connection);
-
-/// What stands in a FETCH response: nothing (NIL), a text or a list.
-struct ImapValue
-{
-    enum class Kind { Nil, Text, List };
-
-    Kind kind = Kind::Nil;
-    QByteArray text;
-    std::vector<ImapValue> items;
-
-    bool is_list() const { return kind == Kind::List; }
-    /// The item's text; empty when there is no such item or it is none.
-    QByteArray text_at(std::size_t index) const;
-};
-
-/// The data of one message in a FETCH response; what it does not tell is empty.
-struct ImapFetch
-{
-    quint32 uid = 0;
-    qint64 size = -1;
-    QDateTime arrived;
-    bool is_deleted = false;
-    std::optional<ImapValue> structure;
-    qint64 structure_size = 0; // what it takes in memory
-    /// Whether the response made no sense from some place on, so that more may have been said.
-    bool is_cut = false;
-    /// BODY sections by what stands in the brackets, in capital letters: "", "1.MIME"; a section
-    /// that the message does not have (NIL) is left out.
-    std::vector<std::pair<QByteArray, QByteArray>> sections;
-};
-
-/// Reads a FETCH response as far as it can be read, up to where it makes no sense. Items of no
-/// interest are passed over. Lists below the 100th level, and those in which the 100,000th value is
-/// passed, count as nothing (NIL).
-ImapFetch read_fetch(ImapResponse response);
-
-/// Reads an INTERNALDATE, "17-Jul-1996 02:44:25 -0700"; an invalid date-time when it cannot be
-/// read.
-QDateTime read_internal_date(const QByteArray &text);
 
 /// A mailbox's name as it stands in commands: modified UTF-7 (RFC 3501 5.1.3), quoted.
 QByteArray imap_mailbox_name(const QString &name);

@@ -273,6 +273,7 @@ void ServerConnection::wait_for_more(Patience &patience)
         patience.end, [this] { return pull(); },
         [this](int time) { socket_->waitForReadyRead(time); });
     answer_time_ -= Clock::now() - begin;
+    give_turn(); // also while a fast server keeps the reader busy
     if (length_ == StepLength::Any && received_ >= answer_goal_)
         begin_answer();
     if (received_ >= patience.goal)

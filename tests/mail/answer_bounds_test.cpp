@@ -73,29 +73,6 @@ TEST_F(EndlessImap, CountsWhatOneMessageHoldsUntilItIsRead)
     EXPECT_EQ(reader.read(0).subject, "message 1"); // what was read before counts no more
 }
 
-TEST_F(EndlessImap, CountsAllThatAStructureTakes)
-{
-    bounds.most_held = 100'000;
-    for (const QByteArray &structure :
-         {"(\"text\" \"plain\" NIL {40000}\r\n" + QByteArray(40'000, 'x') + ")",
-          "(" + QByteArray("a ").repeated(1'000) + ")"}) {
-        const StubServer stub([&structure](StubLine &line) {
-            greet_and_answer(line, "* OK hello\r\n",
-                             {"* CAPABILITY IMAP4rev1 AUTH=PLAIN SASL-IR\r\nTAG OK done\r\n",
-                              "TAG OK signed on\r\n", "* 3 EXISTS\r\nTAG OK opened\r\n",
-                              "* 1 FETCH (UID 1 RFC822.SIZE 9000)\r\n* 2 FETCH (UID 2 RFC822.SIZE "
-                              "9000)\r\n* 3 FETCH (UID 3 RFC822.SIZE 9000)\r\nTAG OK listed\r\n"});
-            line.hear();
-            for (const char *uid : {"1", "2", "3"})
-                line.say(QByteArray("* 1 FETCH (UID ") + uid + " BODYSTRUCTURE " + structure +
-                         ")\r\n");
-            line.hear();
-        });
-        EXPECT_EQ(outcome(stub),
-                  QStringList{"reading the messages: the server sends more than it was asked for"});
-    }
-}
-
 TEST_F(EndlessImap, TakesAListOfNoMoreLinesThanItsBound)
 {
     bounds.most_lines = 1'000;

@@ -519,7 +519,8 @@ TEST_F(StubImap, AnAnswerThatCannotBeReadIsAskedForAsTheBeginningOfTheMessage)
     answers[4] = "* 1 FETCH (UID 5 BODYSTRUCTURE " + QByteArray(120, '(') + QByteArray(120, ')') +
                  " BODY[HEADER.FIELDS (X)]<0> {15}\r\nSubject: deep\r\n)\r\n"
                  "* 1 FETCH (UID 6 BODYSTRUCTURE ((\r\n"
-                 "* 1 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1))\r\n"
+                 "* 1 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1) "
+                 "BODY[HEADER.FIELDS (X)] \"\")\r\n"
                  "TAG OK x\r\n";
     // The last one's part makes no sense, in its turn.
     answers[5] = "* 1 FETCH (UID 9 BODY[1] \"never ended)\r\nTAG OK x\r\n";
@@ -567,8 +568,8 @@ TEST_F(StubImap, AStructureThatMakesNoSenseIsReadFromTheBeginningOfTheMessage)
     answers[3] = listed(50'000);
     answers[4] =
         "* 1 FETCH (UID 5 BODYSTRUCTURE ((()))) \r\n* 2 FETCH (UID 6 BODYSTRUCTURE NIL)\r\n"
-        "* 3 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1))\r\n"
-        "TAG OK x\r\n";
+        "* 3 FETCH (UID 9 BODYSTRUCTURE (\"text\" \"plain\" NIL NIL NIL \"7bit\" 9 1) "
+        "BODY[HEADER.FIELDS (X)] \"\")\r\nTAG OK x\r\n";
     answers[5] = "* 3 FETCH (UID 9 BODY[1] {3}\r\nhi!)\r\nTAG OK x\r\n";
     answers.insert(5, "* 1 FETCH (UID 5 " + whole + ")\r\n* 2 FETCH (UID 6 " + whole +
                           ")\r\nTAG OK x\r\n");

@@ -1,4 +1,4 @@
-#include "mail/imap_response.h"
+#include "mail/imap_fetch.h"
 #include "mail/server_connection.h"
 #include "tests/mail/servers/stub_server.h"
 #include "tests/support/print_qt.h"
@@ -64,16 +64,45 @@ TEST(ImapResponses, BeyondAllMeasureAreRefused)
             EXPECT_TRUE(error.description().contains("the server announced")) << error.what();
         }
     }
-    // All of it counts together.
-    EXPECT_THROW(response_of("* 1 FETCH (BODY[1] {5}\r\nhello BODY[2] {100663280}\r\n"),
-                 RuntimeError);
     try {
-        response_of("* 1 FETCH (X " + QByteArray(8 * 1024 * 1024, 'x'));
+        response_of("o1 OK " + QByteArray(8 * 1024 * 1024, 'x'));
         FAIL() << "took a line without end";
     } catch (const RuntimeError &error) {
         EXPECT_TRUE(error.description().contains("a line of more than 8388608 bytes"))
             << error.what();
     }
+}
+
+// Of two responses, of which the first is beyond what is kept: what the second one says.
+QByteArray said_behind(const QByteArray &first)
+{
+    const StubServer stub([first](StubLine &line) { line.say(first + "\r\n* 9 EXISTS\r\n"); });
+    MailServer server;
+    server.host = "127.0.0.1";
+    server.port = stub.port();
+    server.security = LineSecurity::Plain;
+    ServerConnection connection(server, {3s, [] {}, {}});
+    connection.open();
+    const ImapResponse passed_over = read_imap_response(connection);
+    EXPECT_TRUE(passed_over.is_untagged());
+    EXPECT_TRUE(passed_over.is_cut);
+    EXPECT_EQ(passed_over.pieces.last(), "");
+    EXPECT_EQ(passed_over.pieces.size(), passed_over.literals.size() + 1);
+    return read_imap_response(connection).pieces.join();
+}
+
+TEST(ImapResponses, BeyondWhatAMessageNeedsArePassedOver)
+{
+    const QByteArray long_text(5'000'000, 'x');
+    EXPECT_EQ(said_behind("* 1 FETCH (" + long_text + long_text + ')'), "9 EXISTS");
+    EXPECT_EQ(said_behind("* 1 FETCH (" + long_text + " {12}\r\n* 8 EXISTS\r\n" + long_text +
+                          long_text + ')'),
+              "9 EXISTS");
+    EXPECT_EQ(said_behind("* 1 FETCH (" + long_text + long_text +
+                          " {12}\r\n* 8 EXISTS\r\n {2+}\r\n" + "xx)"),
+              "9 EXISTS");
+    EXPECT_EQ(said_behind("* 1 FETCH (" + QByteArray("{0}\r\n").repeated(20'000) + ')'),
+              "9 EXISTS");
 }
 
 TEST(ImapFetches, TellWhatIsKnownOfAMessage)
@@ -159,6 +188,29 @@ TEST(ImapFetches, EndWhereTheyMakeNoSense)
     EXPECT_EQ(fetch_of("* 1 FETCH (UID -3 RFC822.SIZE none)").uid, 0U);
     const QByteArray deep(300'000, '(');
     EXPECT_EQ(fetch_of("* 1 FETCH (UID 3 BODYSTRUCTURE " + deep + ")").structure, std::nullopt);
+}
+
+TEST(ImapFetches, HoldNoStructureOfLongTexts)
+{
+    const QByteArray text(4'000'000, 'x');
+    const QByteArray literal = " {4000000}\r\n" + text;
+    const auto structure_of = [](const QByteArray &texts) {
+        const ImapFetch fetch = fetch_of("* 1 FETCH (UID 3 BODYSTRUCTURE (" + texts + "))");
+        EXPECT_EQ(fetch.uid, 3U);
+        return fetch.structure.value_or(ImapValue());
+    };
+    EXPECT_FALSE(structure_of(literal.repeated(5)).is_list());
+    EXPECT_FALSE(structure_of(literal.repeated(4) + " \"" + text + '"').is_list());
+    EXPECT_TRUE(structure_of(literal).is_list());
+}
+
+TEST(ImapFetches, TellAnEmptyMessage)
+{
+    for (const char *nothing : {"\"\"", "{0}\r\n"}) {
+        const ImapFetch fetch = fetch_of(QByteArray("* 1 FETCH (UID 3 BODY[]<0> ") + nothing + ")");
+        ASSERT_EQ(fetch.sections.size(), 1U) << nothing;
+        EXPECT_EQ(fetch.sections[0], std::pair(QByteArray(), QByteArray()));
+    }
 }
 
 TEST(InternalDates, AreReadInTheirOneForm)

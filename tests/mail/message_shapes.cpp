@@ -154,6 +154,80 @@ QByteArrayList broken()
             text(lines(300, "of repeated fields the first counts")),
     };
 }
+QByteArrayList odd_headers()
+{
+    const QByteArray few = several("mixed", {text("the text"), attachment(6)});
+    const auto mixed = [](const QByteArray &fields) {
+        return several("mixed", {part(fields, "its text\n"), attachment(6)});
+    };
+    return {
+        "Subject: " + QByteArray("word ").repeated(240'000) + '\n' + head("second") + few,
+        "From: " + QByteArray(1'200'000, 'x') + " <long@example.org>\n" + head("long sender") + few,
+        head("long header") + "X-A: " + QByteArray("b ").repeated(600'000) + '\n' +
+            text(lines(400, "behind a long header")),
+        head("many parameters") + "Content-Type: text/plain" +
+            QByteArray("; a=b").repeated(300'000) + "\n\n" + lines(400, "behind many parameters"),
+        head("long part header") +
+            mixed("X-A: " + QByteArray("b ").repeated(600'000) + '\n' + plain),
+        QByteArray(head("returns")).replace("\n", "\r\r\n") + "\r\r\n" +
+            lines(400, "of a header that does not end"),
+        head("like a literal {123}") +
+            several("mixed", {part(plain + "; name=\"a{10}\"; x=\"(((\"\nContent-Description: {99}",
+                                   "the text\n"),
+                              part("Content-Type: application/x; name=\"\\\"\\\\{3}\"\n"
+                                   "Content-Description: \"\"\"{5}\nContent-ID: {7}",
+                                   lines(400, "x"))}),
+        head("eight bits enclosed") +
+            several("mixed",
+                    {text("the text"),
+                     part("Content-Type: message/rfc822",
+                          "From: J\xFCrgen \xFF\x01\x02 <j@x>\nSubject: \xE9 \"q\\t\" {5}\n\nin\n"),
+                     attachment(6)}),
+        head("folded") + "Content-Type:\n multipart/mixed;\n\tboundary=\n \"b d\"\n\n--b d\n" +
+            text("the text") + "\n--b d\n" + attachment(6) + "\n--b d--\n",
+        head("blank before the colon") +
+            "Content-Type : multipart/mixed; boundary=bd\n\n--bd\n"
+            "Content-Type : text/html\n\n<b>its text</b>\n--bd\n" +
+            attachment(6) + "\n--bd--\n",
+        head("encodings") + mixed(plain + in_base64 + "\nContent-Transfer-Encoding: 7bit"),
+        head("empty disposition") + mixed(plain + "\nContent-Disposition:"),
+        head("comments") + mixed("Content-Type: text (x) / plain (y)"),
+        head("no header of its part") + mixed(""),
+    };
+}
+
+QByteArrayList odd_types()
+{
+    return {
+        head("external body") +
+            several("mixed", {part("Content-Type: message/external-body; access-type=ftp; name=x",
+                                   "Content-Type: text/plain\nContent-ID: <x>\n\nghost\n"),
+                              text("the text"), attachment(6)}),
+        head("external body alone") +
+            part("Content-Type: message/external-body; access-type=ftp; name=x",
+                 "Content-Type: text/plain\nContent-ID: <x>\n\n" + lines(400, "ghost")),
+        head("partial") + part("Content-Type: message/partial; id=a; number=1; total=2",
+                               "Subject: part\n\n" + lines(400, "a part")),
+        head("enclosed in base64") +
+            several("mixed",
+                    {part("Content-Type: message/rfc822" + in_base64, "U3ViamVjdDogeAoKYm9keQo=\n"),
+                     text("the text"), attachment(6)}),
+        head("digest") + several("digest", {"\n" + head("in a digest") + "\nfirst\n",
+                                            text("the text"), attachment(6)}),
+        head("status in base64") +
+            report({text("Failed."),
+                    part("Content-Type: message/delivery-status" + in_base64,
+                         QByteArray("Reporting-MTA: dns; x\n\nFinal-Recipient: rfc822; "
+                                    "a@example.net\nAction: failed\n")
+                             .toBase64()),
+                    attachment(6)}),
+        head("attached alternative") +
+            several("mixed", {"Content-Disposition: attachment\n" +
+                                  several("alternative", {text("the first")}),
+                              text("the second"), attachment(6)}),
+    };
+}
+
 // Structures that no server can be asked about as about others.
 QByteArrayList excessive()
 {
@@ -186,7 +260,16 @@ QByteArrayList excessive()
 
 QByteArrayList message_shapes()
 {
-    return texts() + attachments() + reports() + broken() + excessive();
+    return texts() + attachments() + reports() + broken() + odd_headers() + odd_types() +
+           excessive();
+}
+
+QByteArray message_of_long_structure()
+{
+    const QByteArray recipients = "To: " + QByteArray("a@b,").repeated(600'000) + "a@b\n";
+    return head("recipients enclosed") +
+           several("mixed", {text("in front"), part("Content-Type: message/rfc822",
+                                                    recipients + head("inside") + text("deep"))});
 }
 
 QByteArray letter(int number)

@@ -112,6 +112,20 @@ TEST_F(ServerInbox, GivesTheFieldsThatTheFolderItselfGives)
     expect_same(whole, expected);
 }
 
+// Which is told in a line of eleven megabytes.
+TEST_F(ServerInbox, GoesOnBehindAMessageOfALongStructure)
+{
+    put({letter(1), message_of_long_structure(), letter(2)});
+    server.start();
+    ImapInbox inbox = imap();
+    const std::vector<MessageFields> found = all_of(inbox);
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(found[1].subject, "recipients enclosed");
+    EXPECT_EQ(found[1].address, "juergen@example.org");
+    EXPECT_TRUE(found[1].text.startsWith("in front\r\n")) << found[1].text.toStdString();
+    EXPECT_EQ(found[2].subject, "letter 2");
+}
+
 TEST_F(ServerInbox, LeavesTwoThousandMessagesAsTheyAre)
 {
     QByteArrayList letters;
