@@ -1,7 +1,6 @@
 // POP3 against servers that do what a good one does not.
-#include "mail/pop3_inbox.h"
 #include "mail/sign_in_refused.h"
-#include "tests/mail/servers/inbox_on_stub.h"
+#include "tests/mail/servers/stub_pop3.h"
 #include "tests/support/print_qt.h"
 
 #include <QElapsedTimer>
@@ -10,50 +9,6 @@
 namespace
 {
 using namespace std::chrono_literals;
-
-const QByteArray capabilities = "+OK here\r\nTOP\r\nUIDL\r\nSASL PLAIN\r\n.\r\n";
-const QByteArray list = "+OK 2\r\n1 60\r\n2 60\r\n.\r\n";
-const QByteArray identifiers = "+OK\r\n1 first\r\n2 second\r\n.\r\n";
-
-QByteArray message(const char *number)
-{
-    return QByteArray("+OK\r\nSubject: message ") + number +
-           "\r\nReceived: from a by b;\r\n\tFri, 17 Jul 2020 02:44:25 +0000\r\n\r\n..\r\n..dots\r\n"
-           "-ERR no answer\r\n.\r\n";
-}
-
-const QByteArrayList good = {capabilities, "+OK in\r\n", capabilities, list,
-                             identifiers,  message("1"), message("2"), "+OK bye\r\n"};
-
-void speak(StubLine &line, const QByteArrayList &answers,
-           const QByteArray &greeting = "+OK hello\r\n")
-{
-    greet_and_answer(line, greeting, answers);
-}
-
-class StubPop3 : public InboxOnStub<Pop3Inbox>
-{
-protected:
-    QStringList outcome_of(const QByteArrayList &answers)
-    {
-        return outcome(StubServer([answers](StubLine &line) { speak(line, answers); }));
-    }
-
-    // What one client says to a server with these answers.
-    QList<QByteArray> said_to(const QByteArrayList &answers,
-                              const Credentials &credentials = {SignInKind::Password, "ann",
-                                                                "pencil"})
-    {
-        const StubServer stub([&](StubLine &line) { speak(line, answers); });
-        {
-            Pop3Inbox reader = inbox(stub, LineSecurity::Plain, credentials);
-            EXPECT_EQ(outcome(reader), all);
-        }
-        return heard_by(stub);
-    }
-
-    const QStringList all = {"message 1", "message 2"};
-};
 
 TEST_F(StubPop3, SaysWhatItHasToSayAndNoMore)
 {
@@ -162,31 +117,6 @@ TEST_F(StubPop3, CautionsWhereReadingLeavesATrace)
     Pop3Inbox reader = inbox(knowing);
     EXPECT_EQ(outcome(reader), all);
     EXPECT_EQ(reader.caution(), "");
-}
-
-TEST_F(StubPop3, SendsALongTokenOnlyWhenItIsAskedFor)
-{
-    QByteArrayList answers = good;
-    answers[0] = "+OK\r\nTOP\r\nSASL XOAUTH2\r\n.\r\n";
-    const QList<QByteArray> brief = said_to(answers, {SignInKind::Token, "ann", "t0ken"});
-    EXPECT_TRUE(brief[1].startsWith("[clear] AUTH XOAUTH2 dXNlcj1hbm4B"));
-    answers.insert(1, "+ \r\n");
-    const QList<QByteArray> said =
-        said_to(answers, {SignInKind::Token, "ann", QString(500, QChar(u't'))});
-    EXPECT_EQ(said[1], "[clear] AUTH XOAUTH2");
-    EXPECT_TRUE(said[2].startsWith("[clear] dXNlcj1hbm4B"));
-}
-
-TEST_F(StubPop3, EndsASignOnThatTheServerDoesNotEnd)
-{
-    const StubServer stub([](StubLine &line) {
-        speak(line, {"+OK\r\nTOP\r\nSASL XOAUTH2\r\n.\r\n"});
-        for (int i = 0; i < 100 && line.is_open(); ++i)
-            line.answer("+ \r\n");
-    });
-    Pop3Inbox reader = inbox(stub, LineSecurity::Plain, {SignInKind::Token, "ann", "t0ken"});
-    EXPECT_EQ(outcome(reader),
-              QStringList{"logging in: the server asks for more than the sign-on has"});
 }
 
 struct Phase
@@ -327,30 +257,6 @@ TEST_F(StubPop3, ATextWithoutEndIsNotReadForever)
     EXPECT_LT(session.connection().received(), 3'000'000);
 }
 
-TEST_F(StubPop3, BlamesThePasswordOnlyWhenTheServerDoes)
-{
-    for (const QByteArrayList &begin :
-         {QByteArrayList{capabilities}, QByteArrayList{"-ERR\r\n", "+OK\r\n"}}) {
-        const auto fetch = [&](const QByteArray &answer) {
-            const StubServer stub(
-                [&](StubLine &line) { speak(line, begin + QByteArrayList{answer}); });
-            inbox(stub).fetch();
-        };
-        EXPECT_THROW(fetch("-ERR [AUTH] wrong\r\n"), SignInRefused);
-        EXPECT_THROW(fetch("-ERR wrong\r\n"), SignInRefused);
-        for (const char *code : {"IN-USE", "SYS/TEMP", "LOGIN-DELAY"}) {
-            try {
-                fetch(QByteArray("-ERR [") + code + "] later\r\n");
-                FAIL() << "signed on";
-            } catch (const SignInRefused &) {
-                FAIL() << code;
-            } catch (const RuntimeError &error) {
-                EXPECT_TRUE(error.description().endsWith("] later")) << error.what();
-            }
-        }
-    }
-}
-
 TEST_F(StubPop3, TellsRefusalsInTheServersWords)
 {
     EXPECT_EQ(outcome_of({capabilities, "-ERR [AUTH] Wrong\x07 one\r\n"}),
@@ -365,73 +271,6 @@ TEST_F(StubPop3, TellsRefusalsInTheServersWords)
     EXPECT_EQ(outcome(busy), QStringList{"connecting: [IN-USE] busy"});
     const StubServer other([](StubLine &line) { line.say("220 smtp.example.org\r\n"); });
     EXPECT_EQ(outcome(other), QStringList{"connecting: this is no POP3 server"});
-}
-
-TEST_F(StubPop3, SendsNoPasswordWhereTheEncryptionWasStruckOut)
-{
-    for (const QByteArrayList &answers :
-         {QByteArrayList{capabilities}, QByteArrayList{"-ERR what?\r\n"},
-          QByteArrayList{"+OK\r\nSTLS\r\n.\r\n", "-ERR not now\r\n"}}) {
-        const StubServer stub([answers](StubLine &line) {
-            speak(line, answers);
-            line.hear();
-        });
-        const QStringList found = outcome(stub, LineSecurity::StartTls);
-        ASSERT_EQ(found.size(), 1);
-        EXPECT_TRUE(found[0].startsWith("encrypting the line: ")) << found[0].toStdString();
-        EXPECT_FALSE(stub.heard().join().contains("AUTH"));
-        EXPECT_FALSE(stub.heard().join().contains("USER"));
-        EXPECT_EQ(stub.lines(), 1);
-    }
-}
-
-TEST_F(StubPop3, RefusesWhatIsSlippedInBeforeTheEncryption)
-{
-    const StubServer stub([this](StubLine &line) {
-        speak(line, {"+OK\r\nSTLS\r\n.\r\n", "+OK go ahead\r\n+OK more\r\n"});
-        encrypt(line);
-    });
-    EXPECT_EQ(
-        outcome(stub, LineSecurity::StartTls),
-        QStringList{"encrypting the line: the server went on in plain text after its go-ahead"});
-}
-
-TEST_F(StubPop3, TellsWhereTheSignOnWasCutOrStalled)
-{
-    struct Place
-    {
-        LineSecurity security;
-        QByteArrayList answers; // that are given before
-        const char *step;
-    };
-    const QByteArray tls = "+OK\r\nSTLS\r\n.\r\n";
-    const QByteArray login = "+OK\r\nSASL LOGIN\r\n.\r\n";
-    for (const Place &place :
-         {Place{LineSecurity::StartTls, {}, "encrypting the line"},
-          Place{LineSecurity::StartTls, {tls}, "encrypting the line"},
-          Place{LineSecurity::StartTls, {tls, "+OK go\r\n"}, "encrypting the line"},
-          Place{LineSecurity::Plain, {login}, "logging in"},
-          Place{LineSecurity::Plain, {login, "+ VXNlcm5hbWU6\r\n"}, "logging in"},
-          Place{LineSecurity::Plain,
-                {login, "+ VXNlcm5hbWU6\r\n", "+ VXNlcm5hbWU6\r\n"},
-                "logging in"}}) {
-        SCOPED_TRACE(place.answers.join().toStdString());
-        const StubServer cutting([&](StubLine &line) { // once it has heard what comes next
-            speak(line, place.answers);
-            line.hear();
-        });
-        EXPECT_EQ(outcome(cutting, place.security),
-                  QStringList{QString(place.step) + ": the server closed the line"});
-        const StubServer stalling([&](StubLine &line) {
-            speak(line, place.answers);
-            line.stall();
-        });
-        Pop3Inbox reader =
-            inbox(stalling, place.security, {SignInKind::Password, "ann", "pencil"}, 150ms);
-        EXPECT_EQ(outcome(reader), QStringList{QString(place.step) + ": the server did not answer "
-                                                                     "within 0.15 seconds"});
-        EXPECT_EQ(stalling.lines(), 1);
-    }
 }
 
 TEST_F(StubPop3, TakesLeaveInTimeWhateverTheServerDoes)
@@ -451,39 +290,6 @@ TEST_F(StubPop3, TakesLeaveInTimeWhateverTheServerDoes)
         }
         EXPECT_LT(clock.elapsed(), 3'500);
     }
-}
-
-TEST_F(StubPop3, AsksAgainWhatTheServerCanOnceTheLineIsEncrypted)
-{
-    const StubServer stub([this](StubLine &line) {
-        speak(line, {"+OK\r\nSTLS\r\nSASL LOGIN\r\n.\r\n", "+OK go ahead\r\n"});
-        encrypt(line);
-        for (const QByteArray &answer : good)
-            line.answer(answer);
-    });
-    EXPECT_EQ(outcome(stub, LineSecurity::StartTls), all);
-}
-
-TEST_F(StubPop3, SaysWhenThereIsNoWayToSignOn)
-{
-    const StubServer stub([](StubLine &line) { speak(line, good); });
-    Pop3Inbox with_token = inbox(stub, LineSecurity::Plain, {SignInKind::Token, "ann", "pencil"});
-    EXPECT_EQ(outcome(with_token),
-              QStringList{"logging in: the server offers no way to sign on with "
-                          "this; it offers: PLAIN"});
-    Pop3Inbox with_nothing = inbox(stub, LineSecurity::Plain, {});
-    EXPECT_EQ(outcome(with_nothing), QStringList{"logging in: the server asks for a password"});
-    const StubServer old([](StubLine &line) { speak(line, {"-ERR\r\n"}); });
-    Pop3Inbox with_break =
-        inbox(old, LineSecurity::Plain, {SignInKind::Password, "ann", "pen\r\nDELE 1"});
-    EXPECT_EQ(outcome(with_break), QStringList{"logging in: the user name or the password holds a "
-                                               "character that cannot be sent"});
-}
-
-TEST_F(StubPop3, BelievesNoSignOnThatIsNotProved)
-{
-    EXPECT_EQ(outcome_of({"+OK\r\nSASL SCRAM-SHA-256\r\n.\r\n", "+OK in\r\n"}),
-              QStringList{"logging in: the server has not proved that it knows the password"});
 }
 
 TEST_F(StubPop3, TellsAMessageThatHasGoneFromOneThatIsRefused)
