@@ -28,6 +28,7 @@
 #include <QStatusBar>
 #include <QTableView>
 
+#include <algorithm>
 #include <cstdlib>
 
 MainWindow::MainWindow(const Services &services)
@@ -152,12 +153,14 @@ ScheduleTab &MainWindow::schedule()
     return strip_.tabs().schedule;
 }
 
-// A run must not come into the middle of a command that gives the event loop a turn. One that waits
-// for a person's answer may wait for a night.
+// A run must not come into the middle of a command that gives the event loop a turn. Those that
+// wait for a person's answer, each in a box, may wait for a night. The tick is a handler, too.
 bool MainWindow::is_in_a_command() const
 {
-    return services_.mail.is_busy() ||
-           (handlers_.is_nested() && QApplication::activeModalWidget() == nullptr);
+    const auto windows = QApplication::topLevelWidgets();
+    const auto boxes = std::ranges::count_if(
+        windows, [](const QWidget *window) { return window->isModal() && window->isVisible(); });
+    return services_.mail.is_busy() || handlers_.depth() - 1 > boxes;
 }
 
 // Nobody is there to read a report: what ends the run is told with what it passed over.

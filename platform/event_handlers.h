@@ -41,9 +41,9 @@ public:
     /// Whether a handler runs at this moment, in this or in an outer turn of the event loop.
     bool is_running() const { return running_ > 0; }
 
-    /// Whether the handler that runs at this moment began in the middle of another one, which has
-    /// given the event loop a turn.
-    bool is_nested() const { return running_ > 1; }
+    /// How many handlers run at this moment: each but the first began in the middle of another one,
+    /// which has given the event loop a turn or waits for a person.
+    int depth() const { return running_; }
 
     /// Runs `handler` as work that no person has started. What a person starts meanwhile is
     /// attended.

@@ -178,10 +178,13 @@ void ScheduleTab::release_tick()
 {
     if (!timer_.isActive())
         return;
-    if (is_running_ || desk_->is_busy())
+    if (is_running_ || desk_->is_busy()) {
         held_tick_.start();
-    else
-        tick(held_at_);
+        return;
+    }
+    // Runs come on ticked days only, also when the wait has gone on past midnight.
+    const QDateTime now = desk_->clock();
+    tick(ticked_days().contains(weekday_number(now.date())) ? held_at_ : now);
 }
 
 bool ScheduleTab::would_run(const QDateTime &moment) const

@@ -1,6 +1,7 @@
 // Ticks that come while something else is going on.
 #include "tests/schedule/tick_room.h"
 
+#include <QAction>
 #include <QApplication>
 #include <gtest/gtest.h>
 
@@ -126,6 +127,33 @@ TEST_F(TickInAnImport, RunsNothingAfterANewStart)
     import_list();
     end_of_the_wait();
     EXPECT_EQ(runs(), 0);
+}
+
+TEST_F(TickInAnImport, WaitsAlsoBeneathABoxOfAnotherCommand)
+{
+    qsizetype runs_beneath = -1;
+    const WhenShown turn("frmIMport", [&] {
+        boxes.expect_save_file({}, "Text files (*.*)");
+        boxes.before_next_answer([&] {
+            pass_minutes(1);
+            runs_beneath = runs();
+        });
+        window().findChild<QWidget *>("frmIMport")->findChild<QAction *>("SaveAs")->trigger();
+    });
+    import_list();
+    EXPECT_EQ(runs_beneath, 0);
+    end_of_the_wait();
+    EXPECT_EQ(runs(), 1);
+}
+
+TEST_F(TickInAnImport, RunsNothingOnADayThatIsNotTicked)
+{
+    const WhenShown turn("frmIMport", [&] { pass_minutes(1); });
+    import_list();
+    set_now("2026-03-03 00:00:10");
+    end_of_the_wait();
+    EXPECT_EQ(runs(), 0);
+    EXPECT_EQ(history(), QStringList());
 }
 
 // The inbox is not left alone because a box waits for a person who has gone home.
