@@ -116,6 +116,11 @@ void ProfileForm::tell_address()
     Q_EMIT address_given();
 }
 
+void ProfileForm::take_address()
+{
+    given_address_ = profile().sender_address;
+}
+
 bool ProfileForm::names_no_place() const
 {
     const MailProfile shown = profile();

@@ -40,6 +40,9 @@ public:
     void focus_name();
     QPushButton &find_servers_button();
 
+    /// The address as it stands was given: leaving its field tells nothing more.
+    void take_address();
+
 Q_SIGNALS:
     /// Another address was typed to its end.
     void address_given();

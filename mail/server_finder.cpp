@@ -29,6 +29,7 @@ void ServerFinder::drop()
     if (question_ != nullptr)
         say_({});
     question_.reset();
+    form_.take_address();
 }
 
 // Only where nothing would be overwritten.
@@ -63,6 +64,7 @@ void ServerFinder::ask(bool is_attended)
 {
     is_attended_ = is_attended;
     asked_for_ = form_.profile();
+    asked_passwords_ = typed_passwords();
     const QString domain = mail_domain(asked_for_.sender_address);
     say_(QStringLiteral("Asking the name service for the mail servers of %1 …").arg(domain));
     question_ = std::make_unique<QObject>();
@@ -87,7 +89,12 @@ bool ServerFinder::is_form_as_asked() const
     MailProfile now = form_.profile();
     now.name = asked_for_.name;
     now.sender_name = asked_for_.sender_name;
-    return now == asked_for_;
+    return now == asked_for_ && typed_passwords() == asked_passwords_;
+}
+
+QStringList ServerFinder::typed_passwords() const
+{
+    return {form_.typed_password(MailUse::Reading), form_.typed_password(MailUse::Sending)};
 }
 
 void ServerFinder::propose(const ServerProposal &found)
@@ -95,6 +102,8 @@ void ServerFinder::propose(const ServerProposal &found)
     const QString address = asked_for_.sender_address;
     const QString domain = mail_domain(address);
     const QStringList foreign = foreign_hosts(found, address);
+    // No box comes up beneath the hands of a person who has gone on typing.
+    const bool waits = is_attended_ && form_.profile() == asked_for_;
     if (found.is_empty() && !is_attended_) {
         say_(QStringLiteral("The name service names no mail servers of %1. Find Servers proposes "
                             "the usual names.")
@@ -104,7 +113,7 @@ void ServerFinder::propose(const ServerProposal &found)
         say_(QStringLiteral("The name service names no mail servers of %1. These are the usual "
                             "names, a guess: Test says whether they are right.")
                  .arg(domain));
-    } else if (!foreign.isEmpty() && !is_attended_) {
+    } else if (!foreign.isEmpty() && !waits) {
         say_(QStringLiteral("The name service names servers outside %1: %2. Find Servers asks "
                             "whether to use them.")
                  .arg(domain, foreign.join(QStringLiteral(", "))));

@@ -27,7 +27,8 @@ public:
 
     void wire(EventHandlers &handlers);
 
-    /// What the name service has been asked and not yet answered is of no more interest.
+    /// What the name service has been asked and not yet answered is of no more interest; the
+    /// address that the form shows is not asked about by itself any more.
     void drop();
 
 Q_SIGNALS:
@@ -43,6 +44,7 @@ private:
     void propose(const ServerProposal &found);
     bool agrees_to(const QStringList &foreign);
     bool is_form_as_asked() const;
+    QStringList typed_passwords() const;
 
     ProfileForm &form_;
     Prompts &prompts_;
@@ -50,6 +52,7 @@ private:
     Say say_;
     std::unique_ptr<QObject> question_; // while an answer is waited for
     MailProfile asked_for_;             // as the form showed it
-    bool is_attended_ = false;          // a person pressed the button
+    QStringList asked_passwords_;
+    bool is_attended_ = false; // a person pressed the button
     std::vector<ServiceRecord> records_;
 };

@@ -97,6 +97,54 @@ TEST_F(MailProfiles, WhatWasChangedWhileServersAreLookedForStays)
     choose("MailProfiles");
 }
 
+TEST_F(MailProfiles, APasswordThatIsTypedWhileServersAreLookedForStays)
+{
+    name_service_answers("mail.example.org");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.choose("inbox_kind", "IMAP server");
+        window.type("sender_address", "ann@example.org");
+        window.leave("sender_address");
+        window.type("inbox_server/password", "s3cret");
+        answer();
+        EXPECT_EQ(window.text("inbox_server/password"), "s3cret");
+        EXPECT_EQ(window.result(), "What was typed meanwhile stays. Find Servers asks again.");
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg(""), false);
+    choose("MailProfiles");
+}
+
+TEST_F(MailProfiles, NothingIsAskedOfTheNameServiceOnTheWayOut)
+{
+    name_service_answers("mail.example.org");
+    boxes.expect_dialog("Mail Profiles", [](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.type("sender_address", "ann@example.org");
+        QTest::keyClick(&window.control<QLineEdit>("sender_address"), Qt::Key_Escape);
+    });
+    boxes.expect_yes_no(question_about_changes.arg(""), false);
+    choose("MailProfiles");
+    EXPECT_EQ(asked, QStringList());
+}
+
+TEST_F(MailProfiles, NoBoxComesUpBeneathTypingHands)
+{
+    name_service_answers("mail.evil.example");
+    boxes.expect_dialog("Mail Profiles", [this](QDialog &dialog) {
+        const ProfilesWindow window(dialog);
+        window.type("sender_address", "ann@example.org");
+        window.click("find_servers");
+        window.type("sender_name", "Ann");
+        answer();
+        EXPECT_EQ(window.result(), "The name service names servers outside example.org: "
+                                   "mail.evil.example. Find Servers asks whether to use them.");
+        window.close();
+    });
+    boxes.expect_yes_no(question_about_changes.arg(""), false);
+    choose("MailProfiles");
+}
+
 TEST_F(MailProfiles, AnAnswerThatComesAfterTheNextCommandIsDropped)
 {
     name_service_answers("mail.evil.example");
