@@ -79,6 +79,7 @@ private:
     void copy_selection();
     void remove_selection();
     void put_cursor_at(const QPoint &place);
+    void end_drag();
     bool acts_across_pages(const QKeyEvent &event);
 
     // Scrolling.

@@ -143,17 +143,27 @@ void LongTextBox::dropEvent(QDropEvent *event)
     const bool moves_own_text = event->source() == this || event->source() == viewport();
     const bool is_large = event->mimeData()->text().size() >= reach();
     if ((is_paged() || is_large) && moves_own_text) {
+        end_drag();
         event->ignore();
         return;
     }
     if (is_paged() || is_large)
         put_cursor_at(event->position().toPoint());
     if (is_large) { // the document would have it inserted in the middle of a change of its own
+        end_drag();
         insertFromMimeData(event->mimeData());
         event->acceptProposedAction();
     } else {
         TextBox::dropEvent(event);
     }
+}
+
+// A drop that does not reach the text box leaves it scrolling, with a caret where the drag was
+// last.
+void LongTextBox::end_drag()
+{
+    QDragLeaveEvent leave;
+    dragLeaveEvent(&leave);
 }
 
 QMimeData *LongTextBox::createMimeDataFromSelection() const
@@ -171,12 +181,13 @@ void LongTextBox::insertFromMimeData(const QMimeData *source)
     if (isReadOnly() || !source->hasText())
         return;
     const QString text = source->text();
-    if (!selection_leaves_page() && text.size() < reach()) {
+    if (!selection_leaves_page() && text.size() < reach() && !has_long_cluster(text)) {
         TextBox::insertFromMimeData(source);
         return;
     }
     const QString inserted = document_text(text);
-    adopt_cursor(); // the middle button moves it without a word
+    if (!selection_leaves_page())
+        adopt_cursor(); // the middle button moves it without a word
     store_page();
     own_text();
     const qsizetype start = std::min(anchor_, position_);

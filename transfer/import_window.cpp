@@ -17,8 +17,7 @@ const QString line_end = QStringLiteral("\r\n");
 
 void write_piece_by_piece(TextFileWriter &file, const LongText &text)
 {
-    constexpr qsizetype most =
-        1 << 20; // characters: the whole in another encoding is half as large
+    constexpr qsizetype most = 1 << 20; // characters: the file's bytes need not lie in memory too
     for (qsizetype start = 0; start < text.size();) {
         QString piece = text.stretch(start, std::min(most, text.size() - start));
         if (piece.size() > 1 && piece.back().isHighSurrogate())

@@ -76,6 +76,8 @@ protected:
         dragged.setText(text);
         QDragEnterEvent enter(place, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(box.viewport(), &enter);
+        QDragMoveEvent move(place, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(box.viewport(), &move);
         QDropEvent drop(place, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(box.viewport(), &drop);
         QApplication::processEvents();

@@ -230,4 +230,39 @@ TEST_F(LongBox, ALargeDropGoesWhereItFallsToo)
         EXPECT_TRUE(box.text() == "0123456789\r\n" + QString(size, 'X') + "abcdefghij") << size;
     }
 }
+
+TEST_F(LongBox, ALargeDropAtTheEdgeDoesNotScrollOn)
+{
+    box.set_text(numbered_lines(20'000));
+    QApplication::processEvents();
+    drop(QString("dropped\n").repeated(10'000), {20, box.viewport()->height() - 3});
+    const QString top = top_line();
+    QTest::qWait(700); // a drag that goes on would scroll ten times
+    EXPECT_EQ(top_line(), top);
+}
+
+TEST_F(LongBox, PastingReplacesASelectionThatEndsWhereThePageBegins)
+{
+    const QString text = numbered_lines(100'000);
+    for (const QString &pasted : {QString("NEW\n"), QString(100'000, 'N') + '\n'}) {
+        box.set_text(text);
+        press(Qt::Key_Down, Qt::ShiftModifier);
+        drag_bar_to(65'536 + 6);
+        ASSERT_EQ(box.document()->firstBlock().text(), "line 1");
+        QApplication::clipboard()->setText(pasted);
+        press(Qt::Key_V, Qt::ControlModifier);
+        EXPECT_TRUE(box.text() == pasted.chopped(1) + text.mid(text.indexOf('\r')));
+    }
+}
+
+TEST_F(LongBox, PastedAccentsAreLaidOutAsFewAsShownOnes)
+{
+    box.set_text("a");
+    press(Qt::Key_End, Qt::ControlModifier);
+    QApplication::clipboard()->setText(QString(60'000, QChar(0x301)));
+    for (int i = 0; i < 2; ++i)
+        press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_LT(box.document()->characterCount(), 20'000);
+    EXPECT_EQ(box.text().size(), 120'001);
+}
 } // namespace

@@ -253,7 +253,6 @@ TEST_F(Importing, GoesOnAfterAnotherImportMeanwhile)
     EXPECT_EQ(open_windows(), neither);
 }
 
-// A text box of old held 32,767 characters and less than 64 K.
 TEST_F(Importing, GoesOnAfterAnotherImportMeanwhileThatFailed)
 {
     const QString other = home.file("other.csv");
