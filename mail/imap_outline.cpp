@@ -14,9 +14,11 @@ constexpr int most_parts = 1'000; // as many as are looked at in a whole message
 const QByteArray line_end = "\r\n";
 const QByteArray mime = ".MIME";
 
-bool is_token(const QByteArray &text)
+// A name of a type (RFC 6838 section 4.2).
+bool is_type_name(const QByteArray &text)
 {
-    return !text.isEmpty() && std::ranges::all_of(text, [](char c) {
+    constexpr qsizetype longest = 127;
+    return !text.isEmpty() && text.size() <= longest && std::ranges::all_of(text, [](char c) {
         return c > ' ' && c < 127 && !QByteArrayView("()<>@,;:\\\"/[]?=").contains(c);
     });
 }
@@ -120,7 +122,7 @@ std::optional<ImapOutline::Part> ImapOutline::read_multipart(const ImapValue &st
     if (size_of_leaves(part) == 0)
         return std::nullopt;
     const QByteArray subtype = structure.text_at(next).toLower();
-    part.type = "multipart/" + (is_token(subtype) ? subtype : QByteArray("mixed"));
+    part.type = "multipart/" + (is_type_name(subtype) ? subtype : QByteArray("mixed"));
     part.is_delivery_report =
         next + 1 < structure.items.size() &&
         parameter(structure.items[next + 1], "report-type") == "delivery-status";
@@ -154,7 +156,7 @@ ImapOutline::Part ImapOutline::read_leaf(const ImapValue &structure, const QByte
     part.section = section;
     const QByteArray type = structure.text_at(0).toLower();
     const QByteArray subtype = structure.text_at(1).toLower();
-    if (is_token(type) && is_token(subtype))
+    if (is_type_name(type) && is_type_name(subtype))
         part.type = type + '/' + subtype;
     constexpr qint64 largest_size = qint64(1) << 40; // sums of them fit
     part.size = std::clamp<qint64>(structure.text_at(6).toLongLong(), 0, largest_size);

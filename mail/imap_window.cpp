@@ -185,6 +185,7 @@ void ImapWindow::settle(Batch &batch)
         held_ -= item.held();
         item.settle(batch.refusal);
         held_ += item.held();
+        session_.connection().give_turn();
     }
     ask(batch);
 }

@@ -38,7 +38,7 @@ QString words_of(const QByteArray &answer)
 Pop3Session::Pop3Session(const MailServer &server, const NetworkConditions &conditions)
     : server_(with_port(server)),
       connection_(server_, conditions),
-      most_lines_(conditions.bounds.most_lines)
+      most_lines_(conditions.bounds.most_named_lines)
 {
 }
 

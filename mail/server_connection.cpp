@@ -19,6 +19,7 @@ namespace
 constexpr int slice = 40;                              // milliseconds
 constexpr qsizetype least_progress = 16'384;           // in the time of one patience
 constexpr qint64 least_of_an_answer = qint64(262'144); // in the time for one
+constexpr qint64 most_of_a_short_step = qint64(1024) * 1024;
 constexpr qint64 most_unsent = qint64(64) * 1024;
 constexpr int longest_words = 300;
 constexpr int patience_for_an_answer = 10; // times that for a line
@@ -102,6 +103,7 @@ void ServerConnection::begin(const QString &step, StepLength length)
     if (length == StepLength::Short || length_ == StepLength::Short)
         begin_answer();
     length_ = length;
+    step_end_ = received_ + most_of_a_short_step;
 }
 
 void ServerConnection::open()
@@ -268,6 +270,8 @@ void ServerConnection::wait_for_more(Patience &patience)
     if (answer_time_ <= Clock::duration::zero())
         fail_as<ServerSilent>(step_, QStringLiteral("the server did not end its answer within ") +
                                          seconds(patience_for_an_answer * usual_patience_));
+    if (length_ == StepLength::Short && received_ > step_end_)
+        fail(step_, QStringLiteral("the server's answer does not end"));
     const Clock::time_point begin = Clock::now();
     wait_until(
         patience.end, [this] { return pull(); },

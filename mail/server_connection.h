@@ -22,7 +22,8 @@ struct AnswerBounds
 {
     qint64 most_held = qint64(256) * 1024 * 1024;       // bytes of messages that were not read yet
     qint64 most_passed_over = qint64(64) * 1024 * 1024; // of a text beyond those
-    int most_lines = 10'000'000;                        // of a list
+    int most_lines = 10'000'000;                        // of a list of numbers
+    int most_named_lines = 1'000'000;                   // of a list whose lines are kept
 };
 
 /// Whether a line between these two ends does not leave this machine.
@@ -62,7 +63,7 @@ public:
 /// are always verified. Blocks its caller; every wait ends after the conditions' patience: a line,
 /// or 16 KiB of it or of bytes, must have come by then. All waits for the answer to what was
 /// written, of however many lines, end after ten times as long, or begin anew with 256 KiB; in a
-/// short step, all of its waits end by then. Every
+/// short step, all of its waits end by then, or after 1 MiB. Every
 /// failure is RuntimeError 32000 that names the server, the step and the reason; LineLost when an
 /// open line broke, ServerSilent when a wait was too long.
 class ServerConnection
@@ -104,6 +105,9 @@ public:
     void hurry(std::chrono::milliseconds patience);
     /// What was written goes out, as far as the server takes it at once. Never fails.
     void close();
+
+    /// Lets the windows paint when they have not for a while: for long work between two waits.
+    void give_turn();
 
     /// Bytes received so far, for measurements.
     qint64 received() const { return received_; }
@@ -153,7 +157,6 @@ private:
     void wait_until(const QDeadlineTimer &end, const std::function<bool()> &is_done,
                     const std::function<void(int)> &wait);
     [[noreturn]] void report_lost() const;
-    void give_turn();
     bool pull();
     QByteArray take(qsizetype count);
     qsizetype available() const { return buffer_.size() - at_; }
@@ -167,6 +170,7 @@ private:
     QByteArray buffer_; // received and from at_ on not yet read
     qsizetype at_ = 0;
     qint64 received_ = 0;
+    qint64 step_end_ = 0; // of a short step: so many bytes received
     std::chrono::milliseconds usual_patience_;
     std::chrono::steady_clock::duration answer_time_{}; // that is left to wait for an answer,
     qint64 answer_goal_ = 0;                            // until so many bytes have been received

@@ -17,6 +17,7 @@ TEST(AnswerBounds, AreFarAboveWhatMailNeeds)
     EXPECT_EQ(bounds.most_held, 256 * mebibyte);
     EXPECT_EQ(bounds.most_passed_over, 64 * mebibyte);
     EXPECT_EQ(bounds.most_lines, 10'000'000);
+    EXPECT_EQ(bounds.most_named_lines, 1'000'000);
 }
 
 class EndlessImap : public InboxOnStub<ImapInbox>
@@ -159,7 +160,7 @@ TEST_F(EndlessPop3, PassesOverMoreOfAMessageThatIsSaidToBeLong)
 
 TEST_F(EndlessPop3, TakesAListOfNoMoreLinesThanItsBound)
 {
-    bounds.most_lines = 1'000;
+    bounds.most_named_lines = 1'000;
     const StubServer stub([](StubLine &line) {
         serve(line, {}, [&line] {
             line.say("+OK\r\n");

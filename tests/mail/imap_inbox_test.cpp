@@ -146,11 +146,11 @@ TEST_F(StubImap, TakesLeaveInTimeWhateverTheServerDoes)
         QElapsedTimer clock;
         {
             ImapInbox reader =
-                inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 300ms);
+                inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 60s);
             EXPECT_EQ(outcome(reader), all);
             clock.start();
         }
-        EXPECT_LT(clock.elapsed(), 3'500);
+        EXPECT_LT(clock.elapsed(), 20'000);
     }
 }
 

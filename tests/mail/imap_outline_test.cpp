@@ -157,6 +157,18 @@ TEST(Outlines, LetNoServerWriteHeaderLines)
     EXPECT_EQ(message.count("Content-Type: application/octet-stream\r\n"), 2);
 }
 
+TEST(Outlines, KeepNoNameOfATypeThatIsTooLong)
+{
+    const auto outline = ImapOutline::read(
+        structure_of(multipart(leaf('"' + QByteArray(100'000, 'x') + "\" \"y\"", 5) + plain,
+                               QByteArray(100'000, 'z'))),
+        {});
+    ASSERT_TRUE(outline);
+    const QByteArray message = outline->message([](const QByteArray &) { return QByteArray(); });
+    EXPECT_TRUE(message.startsWith("Content-Type: multipart/mixed; boundary=\""));
+    EXPECT_LT(message.size(), 1'000);
+}
+
 TEST(MutatedStructures, NeverBreakTheOutline)
 {
     const QByteArray seed =

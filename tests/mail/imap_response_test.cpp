@@ -19,6 +19,7 @@ ImapResponse response_of(const QByteArray &said)
     server.security = LineSecurity::Plain;
     ServerConnection connection(server, {3s, [] {}, {}});
     connection.open();
+    connection.begin("reading");
     return read_imap_response(connection);
 }
 
@@ -83,6 +84,7 @@ QByteArray said_behind(const QByteArray &first)
     server.security = LineSecurity::Plain;
     ServerConnection connection(server, {3s, [] {}, {}});
     connection.open();
+    connection.begin("reading");
     const ImapResponse passed_over = read_imap_response(connection);
     EXPECT_TRUE(passed_over.is_untagged());
     EXPECT_TRUE(passed_over.is_cut);

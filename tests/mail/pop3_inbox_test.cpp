@@ -284,11 +284,11 @@ TEST_F(StubPop3, TakesLeaveInTimeWhateverTheServerDoes)
         QElapsedTimer clock;
         {
             Pop3Inbox reader =
-                inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 300ms);
+                inbox(stub, LineSecurity::Plain, {SignInKind::Password, "ann", "pencil"}, 60s);
             EXPECT_EQ(outcome(reader), all);
             clock.start();
         }
-        EXPECT_LT(clock.elapsed(), 3'500);
+        EXPECT_LT(clock.elapsed(), 20'000);
     }
 }
 

@@ -284,6 +284,27 @@ TEST_F(Line, GivesAShortStepOneTimeWhateverComes)
                     .endsWith("did not end its answer within 1.5 seconds"));
 }
 
+TEST_F(Line, TakesNoFloodInAShortStep)
+{
+    const StubServer server([](StubLine &line) {
+        const QByteArray much = QByteArray("* OK still here\r\n").repeated(4'000);
+        while (line.is_open())
+            line.say(much);
+    });
+    qint64 received = 0;
+    const auto read_on = [&received](ServerConnection &line) {
+        line.begin("doing it", ServerConnection::StepLength::Short);
+        while (true) {
+            line.read_line();
+            received = line.received();
+        }
+    };
+    EXPECT_EQ(
+        failure(server, LineSecurity::Plain, read_on),
+        "The mail server 'localhost' (port PORT), doing it: the server's answer does not end");
+    EXPECT_LT(received, 3 * 1024 * 1024);
+}
+
 TEST_F(Line, ReadsMoreThanItHoldsAtATime)
 {
     const QByteArray bytes = QByteArray("0123456789abcde\n").repeated(200'000);
@@ -297,6 +318,7 @@ TEST_F(Line, ReadsMoreThanItHoldsAtATime)
         });
         ServerConnection line(at(server.port(), security), conditions());
         line.open();
+        line.begin("reading");
         std::this_thread::sleep_for(100ms); // the server is ahead
         EXPECT_EQ(line.read_bytes(16), bytes.first(16));
         EXPECT_TRUE(line.read_bytes(bytes.size() - 16) == bytes.sliced(16));

@@ -125,7 +125,8 @@ class NobodyIsTold : public ProgressReport
 
 TEST_F(Exporting, TakesNoMoreMemoryForALongList)
 {
-    constexpr qint64 cache = 16 << 20; // bytes that the database may keep of its file
+    [[maybe_unused]] constexpr qint64 cache = 16
+                                              << 20; // bytes that the database may keep of its file
     run_sql(path(), "with recursive n(i) as (select 1 union all select i + 1 from n where i < "
                     "100000) insert into master(email) select i || '@' || hex(zeroblob(250)) "
                     "from n");

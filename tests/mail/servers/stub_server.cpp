@@ -96,10 +96,7 @@ void StubLine::stall()
     }
 }
 
-StubServer::StubServer(Script script, const QHostAddress &place)
-    : script_(std::move(script)),
-      place_(place),
-      thread_([this] { run(); })
+StubServer::StubServer(Script script) : script_(std::move(script)), thread_([this] { run(); })
 {
     while (port_ == 0)
         std::this_thread::yield();
@@ -120,7 +117,7 @@ QList<QByteArray> StubServer::heard() const
 void StubServer::run()
 {
     Listener listener;
-    listener.listen(place_);
+    listener.listen(QHostAddress::LocalHost);
     port_ = listener.serverPort();
     while (!is_to_stop_) {
         listener.waitForNewConnection(slice);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHostAddress>
 #include <QList>
 #include <QString>
 
@@ -33,8 +32,6 @@ public:
     const QList<QByteArray> &heard() const { return heard_; }
 
 private:
-    void wait();
-
     QSslSocket &socket_;
     const std::atomic<bool> &is_to_stop_;
     QList<QByteArray> heard_;
@@ -48,8 +45,7 @@ class StubServer
 public:
     using Script = std::function<void(StubLine &line)>;
 
-    /// @param place  where it listens, instead of at 127.0.0.1
-    explicit StubServer(Script script, const QHostAddress &place = QHostAddress::LocalHost);
+    explicit StubServer(Script script);
     ~StubServer();
     StubServer(const StubServer &) = delete;
     StubServer &operator=(const StubServer &) = delete;
@@ -65,7 +61,6 @@ private:
     void serve(QSslSocket &socket);
 
     Script script_;
-    QHostAddress place_;
     std::atomic<quint16> port_ = 0;
     std::atomic<int> lines_ = 0;
     std::atomic<bool> is_to_stop_ = false;
