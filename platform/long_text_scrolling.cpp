@@ -84,8 +84,8 @@ void LongTextBox::settle()
     const bool near_end = page_end() < length() && page_end() - top < reach / 2;
     const bool overgrown = page_end() - page_.start > 4 * reach;
     const bool parted = is_paged() && length() <= 2 * reach; // it fits one page
-    const bool grew_slow = document()->isModified() && !is_short_page_ &&
-                           has_long_cluster(whole_stretch(page_.start, page_end() - page_.start));
+    const bool grew_slow =
+        document()->isModified() && !is_short_page_ && has_long_cluster(document()->toPlainText());
     if (near_start || near_end || overgrown || parted || grew_slow)
         go_to(top);
     show_bar();
