@@ -4,11 +4,14 @@
 #include "tests/mail/servers/certificates.h"
 #include "tests/mail/servers/stub_server.h"
 
+#include <QElapsedTimer>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <thread>
 #include <utility>
+#include <vector>
 
 /// Says the greeting, and one answer after the other to whatever the client says.
 inline void greet_and_answer(StubLine &line, const QByteArray &greeting,
@@ -18,6 +21,14 @@ inline void greet_and_answer(StubLine &line, const QByteArray &greeting,
     for (const QByteArray &answer : answers)
         line.answer(answer);
 }
+
+/// A place in a sign-on.
+struct SignOnPlace
+{
+    LineSecurity security;
+    QByteArrayList answers; // that are given before
+    const char *step;
+};
 
 /// For tests of a server's inbox over a scripted server, as "ann" with the password "pencil".
 template <typename Inbox>
@@ -74,6 +85,55 @@ protected:
         while (stub.heard().isEmpty())
             std::this_thread::yield();
         return stub.heard();
+    }
+
+    /// Cuts the line at each of the places, once the server has heard what comes next, and falls
+    /// silent there.
+    void expect_told(const QByteArray &greeting, const std::vector<SignOnPlace> &places)
+    {
+        for (const SignOnPlace &place : places) {
+            SCOPED_TRACE(place.answers.join().toStdString());
+            const StubServer cutting([&](StubLine &line) {
+                greet_and_answer(line, greeting, place.answers);
+                line.hear();
+            });
+            EXPECT_EQ(outcome(cutting, place.security),
+                      QStringList{QString(place.step) + ": the server closed the line"});
+            const StubServer stalling([&](StubLine &line) {
+                greet_and_answer(line, greeting, place.answers);
+                line.stall();
+            });
+            Inbox reader = inbox(stalling, place.security, {SignInKind::Password, "ann", "pencil"},
+                                 std::chrono::milliseconds(150));
+            EXPECT_EQ(outcome(reader),
+                      QStringList{QString(place.step) +
+                                  ": the server did not answer within 0.15 seconds"});
+            EXPECT_EQ(stalling.lines(), 1);
+        }
+    }
+
+    /// Reads all from a server that answers so far and then hangs up, or says nothing any more.
+    /// @return how long the longest leave took, in milliseconds.
+    qint64 longest_leave(const QByteArray &greeting, const QByteArrayList &answers,
+                         const QStringList &all, std::chrono::milliseconds patience)
+    {
+        qint64 longest = 0;
+        for (const bool stalls : {false, true}) {
+            const StubServer stub([&](StubLine &line) {
+                greet_and_answer(line, greeting, answers);
+                if (stalls)
+                    line.stall();
+            });
+            QElapsedTimer clock;
+            {
+                Inbox reader = inbox(stub, LineSecurity::Plain,
+                                     {SignInKind::Password, "ann", "pencil"}, patience);
+                EXPECT_EQ(outcome(reader), all);
+                clock.start();
+            }
+            longest = std::max(longest, clock.elapsed());
+        }
+        return longest;
     }
 
     bool encrypt(StubLine &line)
